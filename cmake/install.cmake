@@ -1,0 +1,2 @@
+# Installation: library, headers, CMake package, pkg-config file.
+include(GNUInstallDirs)

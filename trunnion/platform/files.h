@@ -1,0 +1,28 @@
+// Files and directories of the system, reached by drive path or by system path.
+//
+// Internal: the library's own code calls these, hosts do not.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+namespace trunnion::detail {
+
+// The system's own name for `path`: a drive path ("C:\dir\file") goes through the drive map, any
+// other path stays as it is. Where nothing has exactly the resulting name, every component is
+// looked up again without regard to case; what is still not found keeps the spelling that was
+// given, so that a new file gets the name that the caller chose. The result is empty for a drive
+// that is not mapped.
+std::string systemPath(const char *path);
+
+// fopen by drive path or system path. Files are always opened in binary mode underneath: what is
+// written is the same bytes on every system, and the readers of text accept both line ends
+// themselves. Null on failure, and for a directory.
+std::FILE *openFile(const char *path, const char *mode);
+
+// Bytes between the position of `file` and its end, or INT64_MAX where the system cannot tell (a
+// pipe, a terminal). Does not move the position.
+std::int64_t remainingBytes(std::FILE *file);
+
+} // namespace trunnion::detail

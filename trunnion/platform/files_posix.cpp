@@ -1,0 +1,104 @@
+// Files on POSIX: drive paths through the drive map, names without regard to case where the exact
+// name is missing.
+#include "trunnion/platform/drive_map.h"
+#include "trunnion/platform/files.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <memory>
+
+#include <dirent.h>
+#include <strings.h>
+#include <sys/stat.h>
+
+namespace trunnion::detail {
+
+namespace {
+
+bool exists(const std::string &path) {
+    struct stat info {};
+    return lstat(path.c_str(), &info) == 0;
+}
+
+// The entry of `directory` that equals `name` but for case, or `name` itself where there is none.
+// Of several the one that sorts first, so that the answer does not depend on the order in which the
+// file system lists them.
+std::string entryIgnoringCase(const std::string &directory, const std::string &name) {
+    const std::unique_ptr<DIR, int (*)(DIR *)> listing(
+        opendir(directory.empty() ? "." : directory.c_str()), &closedir);
+    std::string best;
+    if (listing) {
+        while (const dirent *entry = readdir(listing.get())) {
+            if (strcasecmp(entry->d_name, name.c_str()) == 0 &&
+                (best.empty() || best > entry->d_name)) {
+                best = entry->d_name;
+            }
+        }
+    }
+    return best.empty() ? name : best;
+}
+
+// `path` with every missing component replaced by the name that differs from it in case only.
+std::string withExistingSpelling(const std::string &path) {
+    if (exists(path)) {
+        return path;
+    }
+    std::string found;
+    std::size_t at = 0;
+    while (at < path.size()) {
+        if (path[at] == '/') {
+            found += '/';
+            ++at;
+            continue;
+        }
+        const std::size_t end = std::min(path.find('/', at), path.size());
+        const std::string name = path.substr(at, end - at);
+        found += exists(found + name) ? name : entryIgnoringCase(found, name);
+        at = end;
+    }
+    return found;
+}
+
+} // namespace
+
+std::string systemPath(const char *path) {
+    if (!isDrivePath(path)) {
+        return *path != '\0' ? withExistingSpelling(path) : std::string();
+    }
+    std::string result;
+    if (!driveRoot(path[0], result)) {
+        return {};
+    }
+    const char *rest = path + 2;
+    if (*rest != '\\' && *rest != '/') {
+        result += '/'; // "C:name": a drive has no current directory here, so the name counts from
+                       // its root
+    }
+    result += rest;
+    std::replace(result.begin(), result.end(), '\\', '/');
+    return withExistingSpelling(result);
+}
+
+std::FILE *openFile(const char *path, const char *mode) {
+    const std::string name = systemPath(path);
+    struct stat info {};
+    if (name.empty() || (stat(name.c_str(), &info) == 0 && S_ISDIR(info.st_mode))) {
+        return nullptr;
+    }
+    return std::fopen(name.c_str(), mode);
+}
+
+std::int64_t remainingBytes(std::FILE *file) {
+    struct stat info {};
+    if (fstat(fileno(file), &info) != 0 || !S_ISREG(info.st_mode)) {
+        return INT64_MAX;
+    }
+    const off_t position = ftello(file);
+    if (position < 0) {
+        return INT64_MAX;
+    }
+    return std::max<std::int64_t>(0, info.st_size - position);
+}
+
+} // namespace trunnion::detail

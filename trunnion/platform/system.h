@@ -1,0 +1,20 @@
+// What a host may configure on a system without drive letters. On Windows the system itself knows
+// all of this, and these functions change nothing there.
+#pragma once
+
+#include "trunnion/export.h"
+
+namespace trunnion {
+
+// Makes `directory`, a directory of the system, the root of the drive `letter` (either case). Null
+// takes the drive away. At start C is "/" and there is no other drive. A path that begins with a
+// letter and a colon goes through this map in every function of the library that opens, makes,
+// finds or removes something; any other path goes to the system as it stands. A letter outside A to
+// Z is ignored.
+TRUNNION_API void MapDrive(char letter, const char *directory);
+
+// Shows message boxes: receives the text and the type flags of the box, returns the button's
+// number. Null restores the default.
+TRUNNION_API void SetMessageBoxHandler(int (*handler)(const char *text, unsigned int type));
+
+} // namespace trunnion
