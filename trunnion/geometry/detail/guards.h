@@ -1,0 +1,70 @@
+// The kernel's snapping and its guards, inline for the inner loops: what slFabs, slSqrt and
+// slNormalize compute, on values that are already doubles.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "trunnion/geometry/detail/vec.h"
+#include "trunnion/geometry/scalars.h"
+
+namespace trunnion::detail {
+
+// slFabs.
+inline double magnitude(double x) {
+    if (x < -SL_TINY) {
+        return -x;
+    }
+    return x > SL_TINY ? x : 0.0;
+}
+
+// slSqrt.
+inline double root(double x) {
+    return x < SL_TINY ? 0.0 : std::sqrt(x);
+}
+
+// slFabs(value) < tolerance.
+inline bool belowTolerance(double value, double tolerance) {
+    return magnitude(value) < tolerance;
+}
+
+// slFabs(value) <= tolerance.
+inline bool withinTolerance(double value, double tolerance) {
+    return magnitude(value) <= tolerance;
+}
+
+// The kernel's length: 0 below 0.0001. Doubles whose squares overflow take the slow road.
+inline double length(const Vec3 &v) {
+    constexpr double greatest = std::numeric_limits<double>::max();
+    const double squared = squaredLength(v);
+    return squared <= greatest ? root(squared) : std::min(std::hypot(v.x, v.y, v.z), greatest);
+}
+inline double length(const Vec2 &v) {
+    return length(Vec3{v.x, v.y, 0.0});
+}
+
+// At such a length a vector has no direction; NaN counts as such.
+inline bool isDegenerateLength(double len) {
+    return !(len > SL_ZERO_D);
+}
+
+// Divides v by its length and answers 1; a vector without direction becomes (1, 0, 0) and answers
+// 0.
+inline int normalize(Vec3 &v) {
+    const double len = length(v);
+    if (isDegenerateLength(len)) {
+        v = {1.0, 0.0, 0.0};
+        return 0;
+    }
+    v = v / len;
+    return 1;
+}
+
+// v normalised, where the caller does not ask whether it had a direction.
+inline Vec3 unit(Vec3 v) {
+    normalize(v);
+    return v;
+}
+
+} // namespace trunnion::detail

@@ -1,0 +1,1 @@
+#include "trunnion/geometry/planes.h"
