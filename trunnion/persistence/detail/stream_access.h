@@ -1,0 +1,31 @@
+// What the library's own readers need of a stream beyond its public operations.
+#pragma once
+
+class TqIOCL;
+
+namespace trunnion::detail {
+
+// The codes that streams throw, as plain ints.
+inline constexpr int readFailed = 107;
+inline constexpr int writeFailed = 108;
+inline constexpr int openFailed = 109;
+
+struct StreamAccess {
+    // Upper bound of the bytes of values that can still be read; INT64_MAX when that cannot be
+    // told.
+    static long long remaining(TqIOCL &stream);
+
+    // The gate for every count that comes from a file, to be passed before anything is allocated
+    // for it: throws 107 if `count` is negative or if `count` values of at least `bytesEach` bytes
+    // cannot be left. In a text stream a value takes at least 2 bytes, a digit and a separator or
+    // line end, but the last line of a file may lack its end: ask for one value less, or for one
+    // byte each.
+    static void require(TqIOCL &stream, long long count, long long bytesEach);
+
+    // What InputSM(buffer, -1, 1) does, without a buffer that could be too small: drops one word
+    // and, if automatic new line is on, the rest of the line (text), or one counted string
+    // (binary). 107 if there is none.
+    static void skipWord(TqIOCL &stream);
+};
+
+} // namespace trunnion::detail
