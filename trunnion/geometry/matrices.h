@@ -84,7 +84,8 @@ TRUNNION_API int slMatrix16MultiPoint2(const float *M, float *p);
 TRUNNION_API int slMatrixTrans16MultiVector4(const float *M, float *v);
 TRUNNION_API int slMatrixTrans16MultiVector3(const float *M, float *v);
 
-// Motions. The 3 by 3 block is taken to be orthonormal; that is not checked.
+// Motions. The 3 by 3 block is taken to be orthonormal; that is not checked. All 16 elements of an
+// output are written; an output must not be the input.
 
 // R = the rotation of M, without its translation.
 TRUNNION_API void slGetRotMatrixFromMotion(const float *M, float *R);

@@ -54,7 +54,8 @@ TRUNNION_API int slGetAveragePlane(const float *p, const float *q, PlaneD *out);
 
 // Frame with origin o, x axis toward px, and py in the local XY plane on the +Y side. Result 1, or
 // 0 with cs not written if o, px, py span no plane by the bounds of slPlaneNormal on sides and
-// sine.
+// sine. The axes are normalised by slNormalize: sides so short that the length of their cross
+// product snaps to 0 (0.005 at right angles) pass, but give axes along +X.
 TRUNNION_API int slGenXYCoordSys(const float *o, const float *px, const float *py, XYCoordSysD *cs);
 
 // Local to world: the columns are the axes and the origin.

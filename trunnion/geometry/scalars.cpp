@@ -165,5 +165,5 @@ float slRadianToAngle(float radians) {
 }
 
 double slGetRatio(double a, double b, double x) {
-    return withinTolerance(b - a, SL_ZERO_D) ? 1.0 : (x - a) / (b - a);
+    return withinTolerance(b - a, SL_ZERO_D) ? 1.0 : clampFinite((x - a) / (b - a));
 }

@@ -34,11 +34,16 @@ inline bool withinTolerance(double value, double tolerance) {
     return magnitude(value) <= tolerance;
 }
 
+// A double that is left of an overflow becomes the greatest double of its sign.
+inline double clampFinite(double x) {
+    constexpr double greatest = std::numeric_limits<double>::max();
+    return std::clamp(x, -greatest, greatest);
+}
+
 // The kernel's length: 0 below 0.0001. Doubles whose squares overflow take the slow road.
 inline double length(const Vec3 &v) {
-    constexpr double greatest = std::numeric_limits<double>::max();
     const double squared = squaredLength(v);
-    return squared <= greatest ? root(squared) : std::min(std::hypot(v.x, v.y, v.z), greatest);
+    return std::isfinite(squared) ? root(squared) : clampFinite(std::hypot(v.x, v.y, v.z));
 }
 inline double length(const Vec2 &v) {
     return length(Vec3{v.x, v.y, 0.0});
