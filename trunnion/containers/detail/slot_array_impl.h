@@ -1,0 +1,268 @@
+// Definitions of detail::SlotArray's operations that are not inline. Included by slot_array.cpp
+// alone, which instantiates the nine classes; lists on streams and the sort have files of their
+// own.
+#pragma once
+
+#include <algorithm>
+#include <climits>
+
+#include "trunnion/containers/detail/slot_storage.h"
+
+namespace trunnion::detail {
+
+template <class Slots>
+void SlotArray<Slots>::release() {
+    if (capacity > inlineSlots) {
+        slFree(heapItems);
+    }
+    heapItems = nullptr;
+    capacity = inlineSlots;
+    bound = 0;
+    available = 0;
+}
+
+template <class Slots>
+SlotArray<Slots> &SlotArray<Slots>::operator=(const SlotArray &other) {
+    if (this == &other) {
+        return *this;
+    }
+    if (capacity != other.capacity) {
+        release();
+        if (other.capacity > inlineSlots) {
+            heapItems =
+                static_cast<Value *>(resizeBlock(nullptr, other.capacity, sizeof(Value) * width));
+        }
+    }
+    capacity = other.capacity;
+    bound = other.bound;
+    available = other.available;
+    increment = other.increment;
+    std::copy_n(other.inlineItems, inlineSlots * width, inlineItems);
+    if (capacity > inlineSlots) {
+        std::copy_n(other.heapItems, static_cast<std::ptrdiff_t>(capacity) * width, heapItems);
+    }
+    return *this;
+}
+
+template <class Slots>
+int SlotArray<Slots>::AddSizeM(int n) {
+    if (n < 1) {
+        return 1;
+    }
+    const bool wasInline = capacity == inlineSlots;
+    const long long grown = static_cast<long long>(capacity) + n;
+    auto *block = static_cast<Value *>(
+        resizeBlock(wasInline ? nullptr : heapItems, grown, sizeof(Value) * width));
+    if (wasInline) {
+        std::copy_n(inlineItems, inlineSlots * width, block);
+    }
+    markAll(block + static_cast<std::ptrdiff_t>(capacity) * width, n);
+    heapItems = block;
+    capacity = static_cast<int>(grown);
+    return 1;
+}
+
+template <class Slots>
+int SlotArray<Slots>::setBehindCapacity(Argument value, int idx) {
+    const long long missing = static_cast<long long>(increment) + idx + 1 - capacity;
+    const int growth =
+        static_cast<int>(std::min<long long>(INT_MAX, std::max<long long>(capacity, missing)));
+    if constexpr (width == 1) {
+        AddSizeM(growth);
+        return SetItemM(value, idx);
+    } else {
+        Value kept[width]; // the argument may point into the block that is about to move
+        std::copy_n(value, width, kept);
+        AddSizeM(growth);
+        return SetItemM(kept, idx);
+    }
+}
+
+template <class Slots>
+int SlotArray<Slots>::InsertItemM(Argument value, int idx) {
+    if (idx < 0 || idx >= bound) {
+        return SetItemM(value, idx);
+    }
+    Value kept[width]; // the argument may point into the slots that are about to move
+    store(kept, value);
+    if (bound == capacity) {
+        SetItemM(value, bound);
+    } else {
+        ++bound;
+        ++available;
+    }
+    Value *slot = slotAt(idx);
+    std::copy_backward(slot, slotAt(bound - 1), slotAt(bound));
+    std::copy_n(kept, width, slot);
+    return 1;
+}
+
+template <class Slots>
+int SlotArray<Slots>::DelItemM(int idx) {
+    if (idx < 0 || idx >= bound) {
+        return 1;
+    }
+    Value &first = *slotAt(idx);
+    if (isLive(first)) {
+        first = Slots::marker;
+        --available;
+    }
+    if (idx == bound - 1) {
+        --bound;
+    }
+    return 1;
+}
+
+template <class Slots>
+int SlotArray<Slots>::DelAllM() {
+    release();
+    markAll(inlineItems, inlineSlots);
+    return 1;
+}
+
+template <class Slots>
+typename Slots::ClearResult SlotArray<Slots>::DelAllVirtualM() {
+    markEmpty(0, Slots::clearsWholeBlock ? capacity : bound);
+    if constexpr (std::is_same_v<Slots, CharSlots>) {
+        markAll(inlineItems, inlineSlots);
+    }
+    bound = 0;
+    available = 0;
+    return static_cast<typename Slots::ClearResult>(1);
+}
+
+template <class Slots>
+void SlotArray<Slots>::markEmpty(int from, int to) {
+    for (int i = from; i < to; ++i) {
+        *slotAt(i) = Slots::marker;
+    }
+}
+
+template <class Slots>
+void SlotArray<Slots>::setCounts(int newBound, int newAvailable) {
+    markEmpty(newBound, bound);
+    bound = newBound;
+    available = newAvailable;
+}
+
+template <class Slots>
+void SlotArray<Slots>::PurgeDeletedItemM() {
+    int kept = 0;
+    for (int i = 0; i < bound; ++i) {
+        if (purgeKeeps(*slotAt(i))) {
+            std::copy_n(slotAt(i), width, slotAt(kept));
+            ++kept;
+        }
+    }
+    markAll(slotAt(kept), bound - kept);
+    const bool fitsInline = bound > inlineSlots && kept <= inlineSlots;
+    bound = kept;
+    if (Slots::purgeReturnsInline && fitsInline) {
+        moveInline();
+    }
+}
+
+// Brings an array in heap mode whose bound is at most four back to the inline slots.
+template <class Slots>
+void SlotArray<Slots>::moveInline() {
+    std::copy_n(heapItems, inlineSlots * width, inlineItems);
+    slFree(heapItems);
+    heapItems = nullptr;
+    capacity = inlineSlots;
+}
+
+template <class Slots>
+int SlotArray<Slots>::GetAvailableNumM(int idx) {
+    int count = 0;
+    for (int i = std::max(idx, -1); ++i < bound;) {
+        count += walkSees(*slotAt(i)) ? 1 : 0;
+    }
+    return count;
+}
+
+template <class Slots>
+int SlotArray<Slots>::GetLastM(Value *value, int *idx) const {
+    for (int i = bound - 1; i >= 0; --i) {
+        if (walkSees(*slotAt(i))) {
+            std::copy_n(slotAt(i), width, value);
+            *idx = i;
+            return Slots::lastGivesSlot ? i : 1;
+        }
+    }
+    std::fill_n(value, Slots::endFill, Slots::marker);
+    *idx = SL_DELETED_INT;
+    return -1;
+}
+
+template <class Slots>
+int SlotArray<Slots>::GetItemPosiM(Argument value) const requires(width == 1) {
+    int matches = 0;
+    for (int i = 0; i < bound && matches < 3; ++i) {
+        matches += *slotAt(i) == value ? 1 : 0;
+    }
+    return matches - 1;
+}
+
+template <class Slots>
+int SlotArray<Slots>::ImportArrM(const SlotArray &other) requires(width == 1) {
+    const int taken = other.available;
+    const int end = other.bound;
+    // A count of live slots above the bound can only have come from a damaged file; it must not
+    // cost memory.
+    AddSizeM(Slots::walkSkipsEmpty ? std::min(taken, end) : taken);
+    for (int i = 0; i < end; ++i) {
+        const Value held = *other.slotAt(i);
+        if (walkSees(held)) {
+            SetItemM(held, bound);
+        }
+    }
+    return taken;
+}
+
+template <class Slots>
+int SlotArray<Slots>::AddInIdxLstM(int idx, int key,
+                                   int value) requires(width >= 2 && std::is_same_v<Value, int>) {
+    const Value slot[width] = {value, key};
+    if (bound == 0) {
+        AddItemM(slot);
+        return 1;
+    }
+    const int beside = std::clamp(idx, 0, bound - 1);
+    return InsertItemM(slot, slotAt(beside)[1] > key ? beside : beside + 1);
+}
+
+template <class Slots>
+int SlotArray<Slots>::DelItemInLstM(int idx) requires(width >= 2 && std::is_same_v<Value, int>) {
+    if (idx < 0 || idx >= bound) {
+        return 1;
+    }
+    std::copy(slotAt(idx + 1), slotAt(bound), slotAt(idx));
+    std::fill_n(slotAt(bound - 1), 2, Slots::marker);
+    --bound;
+    --available;
+    return 1;
+}
+
+template <class Slots>
+int SlotArray<Slots>::FindIdxInLstM(int key) const
+    requires(width >= 3 && std::is_same_v<Value, int>) {
+    if (bound == 0) {
+        return SL_DELETED_INT;
+    }
+    int low = 0;
+    int high = bound - 1;
+    while (high - low > 1) {
+        const int mid = (high + low) / 2;
+        const int held = *slotAt(mid);
+        if (held == key) {
+            return mid;
+        }
+        (held < key ? low : high) = mid;
+    }
+    if (*slotAt(low) == key) {
+        return low;
+    }
+    return *slotAt(high) == key ? high : SL_DELETED_INT;
+}
+
+} // namespace trunnion::detail

@@ -1,0 +1,277 @@
+// detail::SlotArray: the one behaviour of the nine slot arrays.
+//
+// A growable array of plain values with lazy deletion: deleting moves nothing, so a slot's number
+// is its identity. The nine classes inherit privately and name the operations that are theirs; what
+// differs between them stands in slot_facts.h.
+//
+// Four slots are part of the object, more stand in a block of the heap. Terms: `capacity`, the
+// slots that exist; `bound`, one past the highest slot in use; `available`, the live slots below
+// the bound; a hole is a slot below the bound that is not live. Slots at or behind the bound hold
+// the marker.
+//
+// Shared rules. A slot has one to four values and the first decides whether it is live; a slot of
+// several values is passed by the address of its first, and deleting it writes the marker into the
+// first only. Operations return 1 unless they say otherwise. A slot number below 0 reads as the
+// marker and changes nothing where a slot would be written. Pointers into the array live until it
+// grows or is cleared.
+//
+// Memory: when the heap is exhausted the array cannot hold what it was given, and no operation has
+// a result for that. The process then stops through std::abort with one line on standard error,
+// after the error hook was called: nothing is written through a null pointer, and nothing goes on
+// as if the value were stored.
+#pragma once
+
+#include <algorithm>
+#include <climits>
+#include <cstddef>
+#include <type_traits>
+
+#include "trunnion/containers/detail/slot_facts.h"
+#include "trunnion/export.h"
+
+class TqIOCL;
+
+namespace trunnion::detail {
+
+// `block` (null for a new one) resized to `slots` slots. Stops the process, as told above, when
+// that cannot be had.
+TRUNNION_API void *resizeBlock(void *block, long long slots, std::size_t slotBytes);
+
+template <class Slots>
+class TRUNNION_API SlotArray {
+public:
+    using Value = typename Slots::Value;
+    static constexpr int width = Slots::width;
+    // A slot as an argument: the value itself, or the address of the first of several.
+    using Argument = std::conditional_t<width == 1, Value, const Value *>;
+
+    // Room for `n` more slots, exactly; n below 1 changes nothing. Linear in the capacity.
+    int AddSizeM(int n);
+    // Raises the capacity to exactly `n` if it is lower (in CharArr to the next multiple of 8). The
+    // bound stays.
+    int InitialSizeM(int n) {
+        constexpr long long multiple = Slots::sizeMultiple;
+        const long long size = (n + multiple - 1) / multiple * multiple;
+        return AddSizeM(static_cast<int>(std::min<long long>(size - capacity, INT_MAX)));
+    }
+    // Growth step of the stores; `n` below 1 keeps the old one.
+    int SetIncrementM(int n) {
+        increment = n > 0 ? n : increment;
+        return 1;
+    }
+    // Slots that exist now.
+    int GetLengthM() const { return capacity; }
+    // One past the highest slot in use: with holes it is more than the number of items.
+    int GetBoundM() const { return bound; }
+    // Number of live slots.
+    int GetAvailableNumM() const { return available; }
+    // Number of live slots strictly behind `idx`, counted by a scan.
+    int GetAvailableNumM(int idx);
+
+    // Stores into slot `idx`. Past the capacity the array grows to the larger of twice its size and
+    // idx + 1 + increment; slots between the old bound and idx become holes. Amortised constant
+    // time.
+    int SetItemM(Argument value, int idx) {
+        if (idx < 0) {
+            return 1;
+        }
+        if (idx >= capacity) {
+            return setBehindCapacity(value, idx);
+        }
+        Value *slot = data() + static_cast<std::ptrdiff_t>(idx) * width;
+        available += countsAsNew(*slot) ? 1 : 0;
+        bound = std::max(bound, idx + 1);
+        store(slot, value);
+        return 1;
+    }
+    // Appends behind the last slot, never into a hole; returns the slot.
+    int AddItemM(Argument value) {
+        SetItemM(value, bound);
+        return bound - 1;
+    }
+    // Puts a new slot at `idx`: slots from idx up move one place up, holes too. At or past the
+    // bound the same as SetItemM.
+    int InsertItemM(Argument value, int idx);
+    // Deletes one slot: it becomes a hole, and if it was the last one the bound falls by one, once.
+    // At or past the bound nothing happens.
+    int DelItemM(int idx);
+    // Clears, gives the block back and returns to the four inline slots. The increment stays.
+    int DelAllM();
+    // Clears and keeps the block.
+    typename Slots::ClearResult DelAllVirtualM();
+    // Closes the holes: live slots move down in order, the bound becomes their number. The number
+    // of available items is not touched. Slot numbers behind the first hole change.
+    void PurgeDeletedItemM();
+
+    // Slot `idx`, deleted ones too. Outside 0 to bound - 1 the marker is stored; returns 1 then as
+    // well (0 in Int2DArr).
+    int GetItemM(Value *out, int idx) const {
+        if (idx < 0 || idx >= bound) {
+            std::fill_n(out, Slots::outsideFill, Slots::marker);
+            return Slots::outsideResult;
+        }
+        std::copy_n(slotAt(idx), width, out);
+        return 1;
+    }
+    // Address of slot `idx`, deleted ones too. Outside 0 to bound - 1 null in IntArr, Int2DArr and
+    // Point2DArr; the others do not look at the number.
+    const Value *GetItemPM(int idx) const {
+        if constexpr (Slots::checkedPointer) {
+            if (idx < 0 || idx >= bound) {
+                return nullptr;
+            }
+        }
+        return slotAt(idx);
+    }
+    // The storage, inline or heap. A write through it changes no count.
+    Value *getCurrentItemPrtM() { return data(); }
+    const Value *getCurrentItemPrtConstM() const { return data(); }
+
+    // First live slot: GetNextM(value, idx, -1).
+    int GetFirstM(Value *value, int *idx) const { return GetNextM(value, idx, -1); }
+    // First live slot behind `after`: stores its value and number and returns 1. At the end the
+    // marker and SL_DELETED_INT are stored and the result is -1.
+    int GetNextM(Value *value, int *idx, int after) const {
+        for (int slot = std::max(after, -1); ++slot < bound;) {
+            const Value *held = slotAt(slot);
+            if (walkSees(*held)) {
+                std::copy_n(held, width, value);
+                *idx = slot;
+                return 1;
+            }
+        }
+        std::fill_n(value, Slots::endFill, Slots::marker);
+        *idx = SL_DELETED_INT;
+        return -1;
+    }
+    // Last live slot. Returns its number in IntArr, RealArr and CharArr, 1 in the others; with
+    // none, outputs and result as for GetNextM.
+    int GetLastM(Value *value, int *idx) const;
+
+    // How often `value` stands below the bound, by exact comparison: -1 for never, 0 for once, 1
+    // for twice, 2 for more often. It locates nothing.
+    int GetItemPosiM(Argument value) const requires(width == 1);
+    // Appends the live items of `other`, in order, holes closed, behind this array's bound. The
+    // capacity rises by the number of items taken, which is the result, even if there was room.
+    // `other` must be another array.
+    int ImportArrM(const SlotArray &other) requires(width == 1);
+
+    // Reads or writes the whole list through a stream, in its text or binary form. A read over an
+    // array that holds something replaces its counts and the slots that the file sets. Throws the
+    // stream's codes: 107 also for counts or slot numbers that the file cannot hold, before memory
+    // is taken for them. `name` stands in the tag lines of the text form only.
+    void FmInputOzkLstM(TqIOCL *stream) requires(Slots::listForm != ListForm::none);
+    void FmOutputOzkLstM(TqIOCL *stream, const char *name) const
+        requires(Slots::listForm != ListForm::none);
+
+    // Keyed lists. The new slot has `value` first and `key` second and goes behind slot `idx`, or
+    // to `idx` itself when the key there is above `key`; further values are 0. On an empty array it
+    // goes to slot 0.
+    int AddInIdxLstM(int idx, int key,
+                     int value) requires(width >= 2 && std::is_same_v<Value, int>);
+    // Removes slot `idx` and closes the gap; both counts fall by one. At or past the bound nothing
+    // happens.
+    int DelItemInLstM(int idx) requires(width >= 2 && std::is_same_v<Value, int>);
+
+    // Operations on the first value of a slot, in Int3DArr and Int4DArr.
+
+    // Slot with the first value `key` in a list that ascends by it, by bisection, or
+    // SL_DELETED_INT.
+    int FindIdxInLstM(int key) const requires(width >= 3 && std::is_same_v<Value, int>);
+    // TAG_AVAILABLE for a live slot, TAG_UNUSED for an empty one and outside 0 to bound - 1.
+    int IsAvailableM(int idx) const requires(width >= 3 && std::is_same_v<Value, int>) {
+        return idx >= 0 && idx < bound && isLive(*slotAt(idx)) ? TAG_AVAILABLE : TAG_UNUSED;
+    }
+    // Sorts the slots below the bound by first value, ascending; empty slots go to the front. Not
+    // stable: equal first values end up in the order of the quicksort told in slot_sort.cpp. Time n
+    // log n also with many equal keys, stack log n.
+    void QuickSortM() requires(width >= 3 && std::is_same_v<Value, int>);
+
+protected:
+    SlotArray() { markAll(inlineItems, inlineSlots); }
+    // A block of exactly `size` slots, all empty; below 5 the array stays inline.
+    explicit SlotArray(int size) : SlotArray() {
+        if (size > inlineSlots) {
+            AddSizeM(size - inlineSlots);
+        }
+    }
+    SlotArray(const SlotArray &other) : SlotArray() { *this = other; }
+    // Slots, holes, counts, increment and capacity of `other`.
+    SlotArray &operator=(const SlotArray &other);
+    ~SlotArray() { release(); }
+
+    static constexpr int inlineSlots = 4;
+
+    static bool isLive(Value first) { return first > Slots::liveAbove; }
+    static bool walkSees(Value first) { return !Slots::walkSkipsEmpty || isLive(first); }
+
+    Value *data() { return capacity == inlineSlots ? inlineItems : heapItems; }
+    const Value *data() const { return capacity == inlineSlots ? inlineItems : heapItems; }
+    const Value *slotAt(int idx) const { return data() + static_cast<std::ptrdiff_t>(idx) * width; }
+    Value *slotAt(int idx) { return data() + static_cast<std::ptrdiff_t>(idx) * width; }
+
+    static void markAll(Value *first, int slots) {
+        std::fill_n(first, static_cast<std::ptrdiff_t>(slots) * width, Slots::marker);
+    }
+    // Marks slots `from` up to `to` as empty, touching the first value of each only.
+    void markEmpty(int from, int to);
+    // Takes counts that came from elsewhere; slots that fall out of use become empty again.
+    void setCounts(int newBound, int newAvailable);
+
+    Value *heapItems = nullptr;
+    Value inlineItems[inlineSlots * width];
+    int capacity = inlineSlots;
+    int bound = 0;
+    int available = 0;
+    int increment = 10;
+
+private:
+    static bool countsAsNew(Value held) {
+        if constexpr (Slots::newItemRule == NewItemRule::heldMarker) {
+            return held == Slots::marker;
+        } else if constexpr (Slots::newItemRule == NewItemRule::heldBelowLimit) {
+            return held < Slots::newItemLimit;
+        } else if constexpr (Slots::newItemRule == NewItemRule::heldNotAbove) {
+            return !(held > Slots::newItemLimit);
+        } else {
+            return true;
+        }
+    }
+    static void store(Value *slot, Argument value) {
+        if constexpr (width == 1) {
+            *slot = value;
+        } else {
+            std::copy_n(value, width, slot);
+        }
+    }
+    // The slot at `values` as an argument.
+    static Argument asArgument(const Value *values) {
+        if constexpr (width == 1) {
+            return *values;
+        } else {
+            return values;
+        }
+    }
+    int setBehindCapacity(Argument value, int idx);
+    void release();
+    bool purgeKeeps(Value first) const {
+        return Slots::purgeDropsMarkerOnly ? first != Slots::marker : isLive(first);
+    }
+    void moveInline();
+
+    void readText(TqIOCL &stream);
+    void readBinary(TqIOCL &stream);
+    void writeText(TqIOCL &stream, const char *name) const;
+};
+
+extern template class SlotArray<IntSlots>;
+extern template class SlotArray<RealSlots>;
+extern template class SlotArray<CharSlots>;
+extern template class SlotArray<Int2DSlots>;
+extern template class SlotArray<Int3DSlots>;
+extern template class SlotArray<Int4DSlots>;
+extern template class SlotArray<Point2DSlots>;
+extern template class SlotArray<Point3DSlots>;
+extern template class SlotArray<PixelSlots>;
+
+} // namespace trunnion::detail

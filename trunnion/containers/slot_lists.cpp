@@ -1,0 +1,228 @@
+// Slot arrays on streams: the binary run of raw slots and the two text forms.
+#include <algorithm>
+#include <climits>
+
+#include "trunnion/containers/char_arr.h"
+#include "trunnion/containers/point3d_arr.h"
+#include "trunnion/containers/slot_array.h"
+#include "trunnion/persistence/detail/list_frame.h"
+#include "trunnion/persistence/detail/stream_access.h"
+#include "trunnion/persistence/line_io.h"
+#include "trunnion/persistence/stream.h"
+#include "trunnion/platform/files.h"
+
+namespace trunnion::detail {
+
+namespace {
+
+constexpr int binaryStream = 1;
+
+// One slot as a line of text.
+template <class Slots>
+struct TextSlot;
+
+template <>
+struct TextSlot<IntSlots> {
+    static void write(TqIOCL &stream, const int *slot) { stream.OutputDM(slot); }
+    static void read(TqIOCL &stream, int *slot) { stream.InputDM(slot); }
+};
+
+template <>
+struct TextSlot<RealSlots> {
+    static void write(TqIOCL &stream, const float *slot) { stream.OutputRM(slot); }
+    static void read(TqIOCL &stream, float *slot) { stream.InputRM(slot); }
+};
+
+template <>
+struct TextSlot<CharSlots> {
+    static void write(TqIOCL &stream, const char *slot) { stream.OutputCM(slot); }
+    static void read(TqIOCL &stream, char *slot) { stream.InputCM(slot); }
+};
+
+template <>
+struct TextSlot<Int2DSlots> {
+    static void write(TqIOCL &stream, const int *slot) { stream.OutputInt2DM(slot); }
+    static void read(TqIOCL &stream, int *slot) { stream.InputDM(slot, slot + 1); }
+};
+
+template <>
+struct TextSlot<Int3DSlots> {
+    static void write(TqIOCL &stream, const int *slot) { stream.OutputInt3DM(slot); }
+    static void read(TqIOCL &stream, int *slot) { stream.InputInt3DM(slot); }
+};
+
+template <>
+struct TextSlot<Int4DSlots> {
+    static void write(TqIOCL &stream, const int *slot) { stream.OutputInt4DM(slot); }
+    static void read(TqIOCL &stream, int *slot) { stream.InputInt4DM(slot); }
+};
+
+// Points go through the nine-value operations: they follow the format of single floats.
+template <>
+struct TextSlot<Point2DSlots> {
+    static void write(TqIOCL &stream, const float *slot) { stream.OutputRM(slot, slot + 1); }
+    static void read(TqIOCL &stream, float *slot) { stream.InputRM(slot, slot + 1); }
+};
+
+template <>
+struct TextSlot<Point3DSlots> {
+    static void write(TqIOCL &stream, const float *slot) {
+        stream.OutputRM(slot, slot + 1, slot + 2);
+    }
+    static void read(TqIOCL &stream, float *slot) { stream.InputRM(slot, slot + 1, slot + 2); }
+};
+
+// True for a slot that a text list shows as empty: one of its leading values holds the marker.
+template <class Slots>
+bool readAsEmpty(const typename Slots::Value *slot) {
+    return std::any_of(slot, slot + std::min(Slots::readEmptyTest, Slots::width),
+                       [](typename Slots::Value value) {
+                           if constexpr (std::is_same_v<typename Slots::Value, float>) {
+                               return value <= Slots::marker;
+                           } else {
+                               return value == Slots::marker;
+                           }
+                       });
+}
+
+// Passes over a tag of any length and the white space behind it. False at the end of the file.
+bool skipTag(std::FILE *file) {
+    return std::fscanf(file, "%*s") != EOF && std::fscanf(file, " ") != EOF;
+}
+
+int readCount(TqIOCL &stream) {
+    int count = 0;
+    stream.InputDM(&count);
+    return count;
+}
+
+} // namespace
+
+template <class Slots>
+void SlotArray<Slots>::FmOutputOzkLstM(TqIOCL *stream, const char *name) const
+    requires(Slots::listForm != ListForm::none) {
+    if (stream->GetIoTypeM() != binaryStream) {
+        writeText(*stream, name);
+        return;
+    }
+    stream->OutputDM(&bound);
+    stream->OutputDM(&available);
+    const long long bytes = static_cast<long long>(bound) * width * static_cast<int>(sizeof(Value));
+    if (bytes > INT_MAX) {
+        throw writeFailed; // the stream counts a run of bytes in 32 bits
+    }
+    if (bytes > 0) {
+        stream->OutputSM(reinterpret_cast<const char *>(data()), static_cast<int>(bytes), 0);
+    }
+}
+
+template <class Slots>
+void SlotArray<Slots>::FmInputOzkLstM(TqIOCL *stream) requires(Slots::listForm != ListForm::none) {
+    if (stream->GetIoTypeM() == binaryStream) {
+        readBinary(*stream);
+    } else {
+        readText(*stream);
+    }
+}
+
+template <class Slots>
+void SlotArray<Slots>::readBinary(TqIOCL &stream) {
+    const int newBound = readCount(stream);
+    const int newAvailable = readCount(stream);
+    constexpr int slotBytes = width * static_cast<int>(sizeof(Value));
+    StreamAccess::require(stream, newBound, slotBytes);
+    StreamAccess::require(stream, newAvailable, 0);
+    InitialSizeM(newBound);
+    setCounts(newBound, newAvailable);
+    if (newBound > 0) {
+        stream.InputSM(reinterpret_cast<char *>(data()), newBound * slotBytes, 0);
+    }
+}
+
+template <class Slots>
+void SlotArray<Slots>::writeText(TqIOCL &stream, const char *name) const {
+    const int noted = forceAutoNewLine(stream);
+    const ListFrameWriter frame(stream, streamHeadFormat(stream), name);
+    frame.begin(bound);
+    if (Slots::listForm == ListForm::plain) {
+        stream.OutputDM(&available);
+    }
+    for (int i = 0; i < bound; ++i) {
+        if (Slots::listForm == ListForm::indexed) {
+            frame.index(i);
+        }
+        TextSlot<Slots>::write(stream, slotAt(i));
+    }
+    frame.end();
+    stream.SetAutoNewLineM(noted);
+}
+
+template <class Slots>
+void SlotArray<Slots>::readText(TqIOCL &stream) {
+    const int noted = forceAutoNewLine(stream);
+    const int count = readCount(stream);
+    if constexpr (Slots::listForm == ListForm::plain) {
+        const int newAvailable = readCount(stream);
+        StreamAccess::require(stream, count, 1);
+        StreamAccess::require(stream, newAvailable, 0);
+        InitialSizeM(count);
+        setCounts(count, newAvailable);
+        for (int i = 0; i < count; ++i) {
+            TextSlot<Slots>::read(stream, slotAt(i));
+        }
+        stream.SkipLineM();
+    } else {
+        StreamAccess::require(stream, count, 2);
+        for (int i = 0; i < count; ++i) {
+            const int slot = readCount(stream);
+            requireSlot(slot, count);
+            Value values[width];
+            TextSlot<Slots>::read(stream, values);
+            if (!readAsEmpty<Slots>(values)) {
+                SetItemM(asArgument(values), slot);
+            }
+        }
+        StreamAccess::skipWord(stream);
+    }
+    stream.SetAutoNewLineM(noted);
+}
+
+template void SlotArray<IntSlots>::FmInputOzkLstM(TqIOCL *);
+template void SlotArray<IntSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
+template void SlotArray<RealSlots>::FmInputOzkLstM(TqIOCL *);
+template void SlotArray<RealSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
+template void SlotArray<CharSlots>::FmInputOzkLstM(TqIOCL *);
+template void SlotArray<CharSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
+template void SlotArray<Int2DSlots>::FmInputOzkLstM(TqIOCL *);
+template void SlotArray<Int2DSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
+template void SlotArray<Int3DSlots>::FmInputOzkLstM(TqIOCL *);
+template void SlotArray<Int3DSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
+template void SlotArray<Int4DSlots>::FmInputOzkLstM(TqIOCL *);
+template void SlotArray<Int4DSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
+template void SlotArray<Point2DSlots>::FmInputOzkLstM(TqIOCL *);
+template void SlotArray<Point2DSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
+template void SlotArray<Point3DSlots>::FmInputOzkLstM(TqIOCL *);
+template void SlotArray<Point3DSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
+
+} // namespace trunnion::detail
+
+void IntArr::FmInputOzkLstM(std::FILE *file) {
+    int count = 0;
+    if (slFscanfD(file, "%d, ", &count) != 1 || !trunnion::detail::skipTag(file) || count < 0 ||
+        2LL * count > trunnion::detail::remainingBytes(file)) {
+        return;
+    }
+    InitialSizeM(count);
+    for (int i = 0; i < count; ++i) {
+        int slot = 0;
+        int value = 0;
+        if (slFscanfD(file, "%d, ", &slot) != 1 || !trunnion::detail::skipTag(file) ||
+            slFscanfD(file, "%d\n", &value) != 1 || slot < 0 || slot >= count) {
+            return;
+        }
+        if (value != SL_DELETED_INT) {
+            SetItemM(value, slot);
+        }
+    }
+    trunnion::detail::skipTag(file);
+}
