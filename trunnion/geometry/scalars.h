@@ -82,6 +82,10 @@ inline constexpr float SL_BIG = std::bit_cast<float>(std::uint32_t{0x5D5E0B6B});
 // SL_BIG for functions on doubles: slTan, slLog (negated), slSolveEquationQuad.
 inline constexpr double SL_BIG_D = SL_BIG;
 
+// Result of an intersection whose objects coincide or overlap along a stretch, so that they have
+// infinitely many common points.
+inline constexpr int SL_COINCIDENT = 0x7FFFFFFF;
+
 // Pi in radians, one unit in the last place below the nearest float, in all angle code; the doubles
 // in slTan, slAcos, slAsin and slAtan.
 inline constexpr float SL_PI = std::bit_cast<float>(std::uint32_t{0x40490FDA});
