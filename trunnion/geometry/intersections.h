@@ -16,9 +16,7 @@
 #include "trunnion/export.h"
 #include "trunnion/geometry/arc_directions.h"
 #include "trunnion/geometry/planes.h"
-
-// The two objects coincide or overlap along a stretch: infinitely many common points.
-inline constexpr int SL_COINCIDENT = 0x7FFFFFFF;
+#include "trunnion/geometry/scalars.h"
 
 // Lines.
 
