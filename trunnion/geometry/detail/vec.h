@@ -79,6 +79,11 @@ constexpr Vec3 cross(const Vec3 &a, const Vec3 &b) {
 constexpr double squaredLength(const Vec3 &v) {
     return dot(v, v);
 }
+// The point at t on the way from a (0) to b (1). Both ends are weighted, so that they are met
+// exactly.
+constexpr Vec3 blend(const Vec3 &a, const Vec3 &b, double t) {
+    return (1.0 - t) * a + t * b;
+}
 
 constexpr Vec2 operator+(const Vec2 &a, const Vec2 &b) {
     return {a.x + b.x, a.y + b.y};
