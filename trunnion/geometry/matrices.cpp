@@ -5,12 +5,11 @@
 #include <cmath>
 
 #include "trunnion/geometry/detail/guards.h"
+#include "trunnion/geometry/detail/matrix.h"
 
 using namespace trunnion::detail;
 
 namespace {
-
-constexpr int SIZE = 16;
 
 struct Vec4 {
     double x, y, z, w;
@@ -23,8 +22,8 @@ double rowTimes(const float *M, int row, const Vec4 &v) {
 
 // Component `col` of (transpose of M) v.
 double columnTimes(const float *M, int col, const Vec4 &v) {
-    const float *column = M + 4 * col;
-    return column[0] * v.x + column[1] * v.y + column[2] * v.z + column[3] * v.w;
+    const float *elements = column(M, col);
+    return elements[0] * v.x + elements[1] * v.y + elements[2] * v.z + elements[3] * v.w;
 }
 
 // Writes the first `count` components of M v. v is a copy, so that out may be where it came from.
@@ -57,12 +56,28 @@ bool isAtOrigin(const float *p) {
 
 // M = T(p) R T(-p): R acts about p instead of the origin.
 void turnAbout(const float *p, const float *R, float *M) {
-    float move[SIZE];
-    float moved[SIZE];
+    float move[MATRIX_SIZE];
+    float moved[MATRIX_SIZE];
     slGenerateMoveMatrix(p, 1.0F, move);
     slMultiMatrix(move, R, moved);
     slGenerateMoveMatrix(p, -1.0F, move);
     slMultiMatrix(moved, move, M);
+}
+
+enum Axis { X_AXIS, Y_AXIS, Z_AXIS };
+
+// Rotation that takes one coordinate axis toward the next, from a cosine c and a sine s.
+void rotateFromTo(Axis from, Axis to, float c, float s, float *M) {
+    slSetIdentity(M);
+    M[from + 4 * from] = c;
+    M[to + 4 * from] = s;
+    M[from + 4 * to] = -s;
+    M[to + 4 * to] = c;
+}
+
+void rotateFromTo(Axis from, Axis to, float angle, float *M) {
+    const double wide = angle;
+    rotateFromTo(from, to, toFloat(std::cos(wide)), toFloat(std::sin(wide)), M);
 }
 
 // Rotation block of slGenVectToZMatrix for a direction with the length `planar` in the XY plane.
@@ -84,14 +99,14 @@ void setRowsToZ(const Vec3 &v, double planar, float *M) {
 } // namespace
 
 void slSetIdentity(float *M) {
-    for (int i = 0; i < SIZE; ++i) {
+    for (int i = 0; i < MATRIX_SIZE; ++i) {
         M[i] = i % 5 == 0 ? 1.0F : 0.0F;
     }
 }
 
 void slGenerateMoveMatrix(const float *v, float s, float *M) {
     slSetIdentity(M);
-    store(s * load3(v), M + 12);
+    store(s * load3(v), column(M, 3));
 }
 
 void slGenerateRotateMatrix(const float *axis, float angle, float *M) {
@@ -101,8 +116,8 @@ void slGenerateRotateMatrix(const float *axis, float angle, float *M) {
     const double t = 1.0 - c;
     slSetIdentity(M);
     store(Vec3{t * x * x + c, t * x * y + s * z, t * x * z - s * y}, M);
-    store(Vec3{t * x * y - s * z, t * y * y + c, t * y * z + s * x}, M + 4);
-    store(Vec3{t * x * z + s * y, t * y * z - s * x, t * z * z + c}, M + 8);
+    store(Vec3{t * x * y - s * z, t * y * y + c, t * y * z + s * x}, column(M, 1));
+    store(Vec3{t * x * z + s * y, t * y * z - s * x, t * z * z + c}, column(M, 2));
 }
 
 void slGetRotateMatrix(const float *p, const float *axis, float angle, float *M) {
@@ -110,56 +125,43 @@ void slGetRotateMatrix(const float *p, const float *axis, float angle, float *M)
         slGenerateRotateMatrix(axis, angle, M);
         return;
     }
-    float rotation[SIZE];
+    float rotation[MATRIX_SIZE];
     slGenerateRotateMatrix(axis, angle, rotation);
     turnAbout(p, rotation, M);
 }
 
 void slRotateByX(float angle, float *M) {
-    const double wide = angle;
-    slRotateByXExt(toFloat(std::cos(wide)), toFloat(std::sin(wide)), M);
+    rotateFromTo(Y_AXIS, Z_AXIS, angle, M);
 }
 
 void slRotateByY(float angle, float *M) {
-    const double wide = angle;
-    slRotateByY(toFloat(std::cos(wide)), toFloat(std::sin(wide)), M);
+    rotateFromTo(Z_AXIS, X_AXIS, angle, M);
 }
 
 void slRotateByZ(float angle, float *M) {
-    const double wide = angle;
-    slRotateByZExt(toFloat(std::cos(wide)), toFloat(std::sin(wide)), M);
+    rotateFromTo(X_AXIS, Y_AXIS, angle, M);
 }
 
 void slRotateByXExt(float c, float s, float *M) {
-    slSetIdentity(M);
-    M[5] = c;
-    M[6] = s;
-    M[9] = -s;
-    M[10] = c;
+    rotateFromTo(Y_AXIS, Z_AXIS, c, s, M);
 }
 
 void slRotateByY(float c, float s, float *M) {
-    slSetIdentity(M);
-    M[0] = c;
-    M[2] = -s;
-    M[8] = s;
-    M[10] = c;
+    rotateFromTo(Z_AXIS, X_AXIS, c, s, M);
 }
 
 void slRotateByZExt(float c, float s, float *M) {
-    slSetIdentity(M);
-    M[0] = c;
-    M[1] = s;
-    M[4] = -s;
-    M[5] = c;
+    rotateFromTo(X_AXIS, Y_AXIS, c, s, M);
 }
 
 void slGenScaleMatrix(const float *center, const float *scale, float *M) {
+    const Vec3 fixed = load3(center);
     slSetIdentity(M);
-    for (int i = 0; i < 3; ++i) {
-        M[5 * i] = scale[i];
-        M[12 + i] = toFloat((1.0 - scale[i]) * center[i]);
-    }
+    M[0] = scale[0];
+    M[5] = scale[1];
+    M[10] = scale[2];
+    store(Vec3{(1.0 - scale[0]) * fixed.x, (1.0 - scale[1]) * fixed.y, (1.0 - scale[2]) * fixed.z},
+          column(M, 3));
 }
 
 void slGenVectToZMatrix(const float *p, const float *v, float *M) {
@@ -185,7 +187,7 @@ void slGenVectToXMatrix(const float *p, const float *v, float *M) {
         slRotateByZExt(v[0], -v[1], M);
         return;
     }
-    float rotation[SIZE];
+    float rotation[MATRIX_SIZE];
     slRotateByZExt(v[0], -v[1], rotation);
     turnAbout(p, rotation, M);
 }
@@ -203,14 +205,14 @@ void slMultiMatrix(const float *A, const float *B, float *out) {
 }
 
 void slSetMatrixByMulti(const float *A, float *M) {
-    float copy[SIZE];
-    std::copy_n(M, SIZE, copy);
+    float copy[MATRIX_SIZE];
+    std::copy_n(M, MATRIX_SIZE, copy);
     slMultiMatrix(A, copy, M);
 }
 
 void slSetMatrixByRightMulti(const float *A, float *M) {
-    float copy[SIZE];
-    std::copy_n(M, SIZE, copy);
+    float copy[MATRIX_SIZE];
+    std::copy_n(M, MATRIX_SIZE, copy);
     slMultiMatrix(copy, A, M);
 }
 
@@ -249,7 +251,7 @@ int slMatrixTrans16MultiVector3(const float *M, float *v) {
 void slGetRotMatrixFromMotion(const float *M, float *R) {
     slSetIdentity(R);
     for (int col = 0; col < 3; ++col) {
-        std::copy_n(M + 4 * col, 3, R + 4 * col);
+        std::copy_n(column(M, col), 3, column(R, col));
     }
 }
 
@@ -263,29 +265,29 @@ void slGetRotTransMatrixFromMotion(const float *M, float *R) {
 }
 
 void slGetMoveMatrixFromMotion(const float *M, float *T) {
-    slGenerateMoveMatrix(M + 12, 1.0F, T);
+    slGenerateMoveMatrix(column(M, 3), 1.0F, T);
 }
 
 void slGetInvMvMatrixFromMotion(const float *M, float *T) {
-    slGenerateMoveMatrix(M + 12, -1.0F, T);
+    slGenerateMoveMatrix(column(M, 3), -1.0F, T);
 }
 
 void slGetInverseMotionMatrix(const float *M, float *Inv) {
-    float turnBack[SIZE];
-    float moveBack[SIZE];
+    float turnBack[MATRIX_SIZE];
+    float moveBack[MATRIX_SIZE];
     slGetRotTransMatrixFromMotion(M, turnBack);
-    slGenerateMoveMatrix(M + 12, -1.0F, moveBack);
+    slGenerateMoveMatrix(column(M, 3), -1.0F, moveBack);
     slMultiMatrix(turnBack, moveBack, Inv);
 }
 
 void slSetMatrixByMvToOri(float *M) {
-    std::fill_n(M + 12, 3, 0.0F);
+    std::fill_n(column(M, 3), 3, 0.0F);
 }
 
 int slGetTwoMatrixSign(const float *A, const float *B) {
     float first[3] = {0.0F, 0.0F, 1.0F};
     float second[3] = {0.0F, 0.0F, 1.0F};
-    float rotation[SIZE];
+    float rotation[MATRIX_SIZE];
     slGetRotMatrixFromMotion(A, rotation);
     slMatrix16MultiVector3(rotation, first);
     slGetRotMatrixFromMotion(B, rotation);
@@ -299,7 +301,7 @@ int slInverseMatrixM(float *M, float *Inv) {
         return 0;
     }
     float minor[9];
-    for (int k = 0; k < SIZE; ++k) {
+    for (int k = 0; k < MATRIX_SIZE; ++k) {
         const int i = k % 4;
         const int j = k / 4;
         slNewTrainM(M, i, j, 4, minor);
@@ -311,14 +313,14 @@ int slInverseMatrixM(float *M, float *Inv) {
 }
 
 int slChangeFourPntMatrixM(const float (*P)[3], const float (*Q)[3], float *M) {
-    float from[SIZE];
-    float to[SIZE];
+    float from[MATRIX_SIZE];
+    float to[MATRIX_SIZE];
     for (int k = 0; k < 4; ++k) {
-        std::copy_n(P[k], 3, from + 4 * k);
-        std::copy_n(Q[k], 3, to + 4 * k);
+        std::copy_n(P[k], 3, column(from, k));
+        std::copy_n(Q[k], 3, column(to, k));
         from[4 * k + 3] = to[4 * k + 3] = 1.0F;
     }
-    float fromInverse[SIZE] = {};
+    float fromInverse[MATRIX_SIZE] = {};
     const int done = slInverseMatrixM(from, fromInverse);
     slMultiMatrix(to, fromInverse, M);
     return done;
@@ -340,7 +342,7 @@ void slCheckMatrixError(float *M) {
 
 int slCheckIndentity(const float *M) {
     double sum = 0.0;
-    for (int i = 0; i < SIZE; ++i) {
+    for (int i = 0; i < MATRIX_SIZE; ++i) {
         sum += magnitude(M[i] - (i % 5 == 0 ? 1.0 : 0.0));
     }
     return sum <= SL_IDENTITY_SUM ? 1 : 0;
@@ -348,9 +350,9 @@ int slCheckIndentity(const float *M) {
 
 void slNormalizeMatrix(float *M) {
     slNormalize(M);
-    slNormalize(M + 4);
-    store(cross(load3(M), load3(M + 4)), M + 8);
-    slNormalize(M + 8);
+    slNormalize(column(M, 1));
+    store(cross(load3(M), load3(column(M, 1))), column(M, 2));
+    slNormalize(column(M, 2));
 }
 
 void slGetAnglesRotToZ(const float *v, float *cosZ, float *sinZ, float *cosX, float *sinX) {

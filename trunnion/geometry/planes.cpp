@@ -5,6 +5,7 @@
 
 #include "trunnion/geometry/detail/frames.h"
 #include "trunnion/geometry/detail/guards.h"
+#include "trunnion/geometry/detail/matrix.h"
 #include "trunnion/geometry/matrices.h"
 
 using namespace trunnion::detail;
@@ -35,9 +36,9 @@ void setFrame(const float *origin, const Vec3 &x, const Vec3 &y, const Vec3 &z, 
 void setMotion(const Vec3 (&columns)[3], const Vec3 &translation, float *M) {
     slSetIdentity(M);
     for (int col = 0; col < 3; ++col) {
-        store(columns[col], M + 4 * col);
+        store(columns[col], column(M, col));
     }
-    store(translation, M + 12);
+    store(translation, column(M, 3));
 }
 
 // Gives `visit` every point of a list; a negative count is an empty list.
