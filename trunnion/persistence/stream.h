@@ -90,7 +90,7 @@ public:
     virtual void SetVersionNumM(int version);
     // The file name up to and with its last backslash; empty if it has none. `out` holds 260 chars.
     virtual void GetFilePathM(char *out);
-    // Closes the stream and adopts `file`, which the stream owns from now on. Io type and file
+    // Closes the stream and adopts `file`, another one, which it owns from now on. Io type and file
     // length stay as they were: a new stream becomes a text stream of length 0, at whose end EofM
     // is from the start. Name and version are cut as SetFileNameM and SetVersionStringM do.
     virtual void CreateIndirectlyM(std::FILE *file, const char *name, const char *version,
@@ -235,6 +235,7 @@ protected:
 private:
     friend struct trunnion::detail::StreamAccess;
     struct Transfer;
+    struct Values;
 
     // One value of `size` bytes from the file; nothing for a null item. 107 on a short transfer.
     void readOneItemBinaryM(void *item, int size);

@@ -25,4 +25,8 @@ std::FILE *openFile(const char *path, const char *mode);
 // pipe, a terminal). Does not move the position.
 std::int64_t remainingBytes(std::FILE *file);
 
+// fgetc without the lock that a file takes in a program with threads: a file belongs to one thread
+// at a time, and the readers of text ask for every single character.
+int nextByte(std::FILE *file);
+
 } // namespace trunnion::detail

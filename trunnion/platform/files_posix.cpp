@@ -101,4 +101,8 @@ std::int64_t remainingBytes(std::FILE *file) {
     return std::max<std::int64_t>(0, info.st_size - position);
 }
 
+int nextByte(std::FILE *file) {
+    return getc_unlocked(file);
+}
+
 } // namespace trunnion::detail

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <string_view>
 #include <system_error>
+
+#include "trunnion/platform/files.h"
 
 namespace trunnion::detail {
 
@@ -21,9 +24,9 @@ bool isDigit(int character) {
 
 // Skips white space and reads the character behind it; EOF at the end of the file.
 int firstBehindSpace(std::FILE *file) {
-    int character = std::getc(file);
+    int character = nextByte(file);
     while (isSpace(character)) {
-        character = std::getc(file);
+        character = nextByte(file);
     }
     return character;
 }
@@ -36,8 +39,7 @@ public:
     NumberText(const NumberText &) = delete;
     NumberText &operator=(const NumberText &) = delete;
 
-    const char *begin() const { return text; }
-    const char *end() const { return text + length; }
+    std::string_view view() const { return {text, length}; }
     bool isTooLong() const { return length > capacity; }
 
     // from_chars knows no plus sign, so that one is dropped.
@@ -45,7 +47,7 @@ public:
         if (next == '-') {
             take();
         } else if (next == '+') {
-            next = std::getc(file);
+            next = nextByte(file);
         }
     }
     bool takeDigits() {
@@ -79,7 +81,7 @@ private:
             text[length] = static_cast<char>(next);
         }
         length = std::min(length + 1, capacity + 1);
-        next = std::getc(file);
+        next = nextByte(file);
     }
 
     std::FILE *file;
@@ -109,30 +111,28 @@ bool takeRealText(NumberText &text) {
     return hasDigits && !text.isTooLong();
 }
 
+// `text`, a whole number text, as a value; false, with `value` unchanged, if it does not fit.
+template <class Number>
+bool parse(std::string_view text, Number &value) {
+    return std::from_chars(text.data(), text.data() + text.size(), value).ec == std::errc();
+}
+
 // True if the number, which no float can hold, is a tiny one and not a huge one: its first digit
-// other than 0 stands behind the decimal point once the exponent has moved it.
-bool isTiny(const char *at, const char *end) {
-    int place = 0; // digits from the first one other than 0 to the point
-    bool behindPoint = false;
-    bool started = false;
-    for (; at != end && *at != 'e' && *at != 'E'; ++at) {
-        if (*at == '.') {
-            behindPoint = true;
-        } else if (isDigit(*at)) {
-            started |= *at != '0';
-            place += started && !behindPoint ? 1 : 0;
-            place -= !started && behindPoint ? 1 : 0;
-        }
+// other than 0, if it has one, stands behind the decimal point once the exponent has moved it.
+bool isTiny(std::string_view text) {
+    const std::size_t end = std::min(text.find_first_of("eE"), text.size());
+    const std::size_t point = std::min(text.find('.'), end);
+    const std::size_t first = text.find_first_of("123456789");
+    if (first >= end) {
+        return true;
     }
-    if (at == end) {
-        return place <= 0;
-    }
+    const long long place =
+        static_cast<long long>(point) - static_cast<long long>(first) + (first > point ? 1 : 0);
     int exponent = 0;
-    const bool negative = *(at + 1) == '-';
-    if (std::from_chars(at + 1, end, exponent).ec != std::errc()) {
-        return negative;
+    if (end < text.size() && !parse(text.substr(end + 1), exponent)) {
+        return text[end + 1] == '-';
     }
-    return static_cast<long long>(exponent) + place <= 0;
+    return place + exponent <= 0;
 }
 
 } // namespace
@@ -140,10 +140,7 @@ bool isTiny(const char *at, const char *end) {
 bool scanNumber(std::FILE *file, int &value) {
     NumberText text(file);
     text.takeSign();
-    if (!text.takeDigits() || text.isTooLong()) {
-        return false;
-    }
-    return std::from_chars(text.begin(), text.end(), value).ec == std::errc();
+    return text.takeDigits() && !text.isTooLong() && parse(text.view(), value);
 }
 
 bool scanNumber(std::FILE *file, float &value) {
@@ -151,18 +148,14 @@ bool scanNumber(std::FILE *file, float &value) {
     if (!takeRealText(text)) {
         return false;
     }
-    float number = 0.0F;
-    const std::errc result = std::from_chars(text.begin(), text.end(), number).ec;
-    if (result == std::errc::result_out_of_range) {
-        if (!isTiny(text.begin(), text.end())) {
-            return false;
-        }
-        number = *text.begin() == '-' ? -0.0F : 0.0F;
-    } else if (result != std::errc()) {
-        return false;
+    if (parse(text.view(), value)) {
+        return true;
     }
-    value = number;
-    return true;
+    if (isTiny(text.view())) {
+        value = text.view().front() == '-' ? -0.0F : 0.0F;
+        return true;
+    }
+    return false;
 }
 
 bool scanSeparator(std::FILE *file, const char *separator) {
@@ -174,7 +167,7 @@ bool scanSeparator(std::FILE *file, const char *separator) {
         if (separator[0] == '%' && separator[1] == '%') {
             ++separator;
         }
-        const int character = std::getc(file);
+        const int character = nextByte(file);
         if (character != static_cast<unsigned char>(*separator)) {
             std::ungetc(character, file);
             return false;
@@ -186,7 +179,7 @@ bool scanSeparator(std::FILE *file, const char *separator) {
 std::size_t scanWord(std::FILE *file, char *word, std::size_t room) {
     std::size_t length = 0;
     int character = firstBehindSpace(file);
-    for (; character != EOF && !isSpace(character); character = std::getc(file)) {
+    for (; character != EOF && !isSpace(character); character = nextByte(file)) {
         if (length + 1 < room) {
             word[length] = static_cast<char>(character);
         }
@@ -205,9 +198,9 @@ void skipSpace(std::FILE *file) {
 
 bool scanLine(std::FILE *file, char *line, int size) {
     int length = 0;
-    int character = std::getc(file);
+    int character = nextByte(file);
     while (character != EOF && character != '\n') {
-        const int following = std::getc(file);
+        const int following = nextByte(file);
         if (length + 1 < size && !(character == '\r' && following == '\n')) {
             line[length++] = static_cast<char>(character);
         }
@@ -240,6 +233,17 @@ void LinePrinter::separator(const char *text) {
         }
         line[used++] = *text;
     }
+}
+
+void LinePrinter::text(const char *text) {
+    const std::size_t length = std::strlen(text);
+    if (length < capacity - used) { // leaves room for the new line
+        std::memcpy(line + used, text, length);
+        used += length;
+        return;
+    }
+    flush();
+    failed |= std::fwrite(text, 1, length, file) != length;
 }
 
 bool LinePrinter::finish(bool newLine) {

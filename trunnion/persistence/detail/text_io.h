@@ -45,6 +45,8 @@ public:
     void real(float value);
     // As a printf format without conversions prints; at most 49 characters.
     void separator(const char *text);
+    // Any text, as it stands.
+    void text(const char *text);
     // Prints by the caller's format.
     template <class... Values>
     void formatted(const char *format, Values... values) {
@@ -56,7 +58,8 @@ public:
     bool finish(bool newLine);
 
 private:
-    // Nine numbers of at most 16 characters, eight separators of at most 49 and a new line fit.
+    // Nine numbers of at most 16 characters, eight separators of at most 49 and a new line fit,
+    // with a rest for text.
     static constexpr std::size_t capacity = 640;
 
     void padded(const char *digits, std::size_t length, std::size_t width);
