@@ -6,10 +6,10 @@
 // deletion and purging take only the bytes 1 to 127 for live.
 #pragma once
 
-#include "trunnion/containers/detail/slot_storage.h"
+#include "trunnion/containers/detail/slot_kinds.h"
 
-class TRUNNION_API CharArr : private trunnion::detail::SlotArray<trunnion::detail::CharSlots> {
-    using Base = trunnion::detail::SlotArray<trunnion::detail::CharSlots>;
+class TRUNNION_API CharArr : private trunnion::detail::SingleSlots<trunnion::detail::CharSlots> {
+    using Base = trunnion::detail::SingleSlots<trunnion::detail::CharSlots>;
 
 public:
     CharArr() = default;

@@ -7,11 +7,11 @@
 
 #include <cstdio>
 
-#include "trunnion/containers/detail/slot_storage.h"
+#include "trunnion/containers/detail/slot_kinds.h"
 
 class TRUNNION_API Point3DArr
-    : private trunnion::detail::SlotArray<trunnion::detail::Point3DSlots> {
-    using Base = trunnion::detail::SlotArray<trunnion::detail::Point3DSlots>;
+    : private trunnion::detail::ListedSlots<trunnion::detail::Point3DSlots> {
+    using Base = trunnion::detail::ListedSlots<trunnion::detail::Point3DSlots>;
 
 public:
     Point3DArr() = default;

@@ -7,6 +7,10 @@
 #include <cstring>
 
 #include "trunnion/containers/detail/slot_array_impl.h"
+#include "trunnion/containers/detail/slot_lists_impl.h"
+#include "trunnion/containers/detail/slot_sort_impl.h"
+#include "trunnion/persistence/line_io.h"
+#include "trunnion/platform/files.h"
 
 namespace trunnion::detail {
 
@@ -43,6 +47,22 @@ template class SlotArray<Int4DSlots>;
 template class SlotArray<Point2DSlots>;
 template class SlotArray<Point3DSlots>;
 template class SlotArray<PixelSlots>;
+template class ListedSlots<IntSlots>;
+template class ListedSlots<RealSlots>;
+template class ListedSlots<CharSlots>;
+template class ListedSlots<Int2DSlots>;
+template class ListedSlots<Int3DSlots>;
+template class ListedSlots<Int4DSlots>;
+template class ListedSlots<Point2DSlots>;
+template class ListedSlots<Point3DSlots>;
+template class SingleSlots<IntSlots>;
+template class SingleSlots<RealSlots>;
+template class SingleSlots<CharSlots>;
+template class KeyedSlots<Int2DSlots>;
+template class KeyedSlots<Int3DSlots>;
+template class KeyedSlots<Int4DSlots>;
+template class SortedSlots<Int3DSlots>;
+template class SortedSlots<Int4DSlots>;
 
 } // namespace trunnion::detail
 
@@ -55,6 +75,36 @@ Point2DArr::~Point2DArr() = default;
 PixelArr::~PixelArr() = default;
 
 // IntArr
+
+namespace {
+
+// Passes over a tag of any length and the white space behind it. False at the end of the file.
+bool skipTag(std::FILE *file) {
+    return std::fscanf(file, "%*s") != EOF && std::fscanf(file, " ") != EOF;
+}
+
+} // namespace
+
+void IntArr::FmInputOzkLstM(std::FILE *file) {
+    int count = 0;
+    if (slFscanfD(file, "%d, ", &count) != 1 || !skipTag(file) || count < 0 ||
+        2LL * count > trunnion::detail::remainingBytes(file)) {
+        return;
+    }
+    InitialSizeM(count);
+    for (int i = 0; i < count; ++i) {
+        int slot = 0;
+        int value = 0;
+        if (slFscanfD(file, "%d, ", &slot) != 1 || !skipTag(file) ||
+            slFscanfD(file, "%d\n", &value) != 1 || slot < 0 || slot >= count) {
+            return;
+        }
+        if (value != SL_DELETED_INT) {
+            SetItemM(value, slot);
+        }
+    }
+    skipTag(file);
+}
 
 int IntArr::FindItemM(int value, int *idx) const {
     const int *end = data() + bound;

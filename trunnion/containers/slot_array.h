@@ -2,17 +2,17 @@
 // PixelArr. (CharArr stands in char_arr.h, Point3DArr in point3d_arr.h.)
 //
 // What they share, and the comment of every operation named by `using`, stands in
-// detail/slot_storage.h: a growable array with lazy deletion, in which deleting moves nothing. The
-// classes are distinct: none converts to another.
+// detail/slot_storage.h and slot_kinds.h: a growable array with lazy deletion, in which deleting
+// moves nothing. The classes are distinct: none converts to another.
 //
 // Walking: for (int r = a.GetFirstM(&value, &idx); r != -1; r = a.GetNextM(&value, &idx, idx)) ...
 #pragma once
 
-#include "trunnion/containers/detail/slot_storage.h"
+#include "trunnion/containers/detail/slot_kinds.h"
 
 // Integers. A slot is empty when it holds SL_DELETED_INT; -2147483648 is not live either.
-class TRUNNION_API IntArr : private trunnion::detail::SlotArray<trunnion::detail::IntSlots> {
-    using Base = trunnion::detail::SlotArray<trunnion::detail::IntSlots>;
+class TRUNNION_API IntArr : private trunnion::detail::SingleSlots<trunnion::detail::IntSlots> {
+    using Base = trunnion::detail::SingleSlots<trunnion::detail::IntSlots>;
 
 public:
     IntArr() = default;
@@ -87,8 +87,8 @@ public:
 };
 
 // Floats. A slot is empty when it holds SL_DELETED_REAL.
-class TRUNNION_API RealArr : private trunnion::detail::SlotArray<trunnion::detail::RealSlots> {
-    using Base = trunnion::detail::SlotArray<trunnion::detail::RealSlots>;
+class TRUNNION_API RealArr : private trunnion::detail::SingleSlots<trunnion::detail::RealSlots> {
+    using Base = trunnion::detail::SingleSlots<trunnion::detail::RealSlots>;
 
 public:
     RealArr() = default;
@@ -137,8 +137,8 @@ protected:
 
 // Pairs of integers. The keyed operations take the second value as the key and the first as the
 // data.
-class TRUNNION_API Int2DArr : private trunnion::detail::SlotArray<trunnion::detail::Int2DSlots> {
-    using Base = trunnion::detail::SlotArray<trunnion::detail::Int2DSlots>;
+class TRUNNION_API Int2DArr : private trunnion::detail::KeyedSlots<trunnion::detail::Int2DSlots> {
+    using Base = trunnion::detail::KeyedSlots<trunnion::detail::Int2DSlots>;
 
 public:
     Int2DArr() = default;
@@ -184,8 +184,8 @@ protected:
 };
 
 // Triples of integers, sorted and searched by their first value.
-class TRUNNION_API Int3DArr : private trunnion::detail::SlotArray<trunnion::detail::Int3DSlots> {
-    using Base = trunnion::detail::SlotArray<trunnion::detail::Int3DSlots>;
+class TRUNNION_API Int3DArr : private trunnion::detail::SortedSlots<trunnion::detail::Int3DSlots> {
+    using Base = trunnion::detail::SortedSlots<trunnion::detail::Int3DSlots>;
 
 public:
     Int3DArr() = default;
@@ -234,8 +234,8 @@ protected:
 };
 
 // Quadruples of integers, sorted and searched by their first value.
-class TRUNNION_API Int4DArr : private trunnion::detail::SlotArray<trunnion::detail::Int4DSlots> {
-    using Base = trunnion::detail::SlotArray<trunnion::detail::Int4DSlots>;
+class TRUNNION_API Int4DArr : private trunnion::detail::SortedSlots<trunnion::detail::Int4DSlots> {
+    using Base = trunnion::detail::SortedSlots<trunnion::detail::Int4DSlots>;
 
 public:
     Int4DArr() = default;
@@ -284,8 +284,8 @@ protected:
 
 // Points of the plane, x and y.
 class TRUNNION_API Point2DArr
-    : private trunnion::detail::SlotArray<trunnion::detail::Point2DSlots> {
-    using Base = trunnion::detail::SlotArray<trunnion::detail::Point2DSlots>;
+    : private trunnion::detail::ListedSlots<trunnion::detail::Point2DSlots> {
+    using Base = trunnion::detail::ListedSlots<trunnion::detail::Point2DSlots>;
 
 public:
     Point2DArr() = default;

@@ -12,7 +12,7 @@ char lowerAscii(char c) {
 
 } // namespace
 
-CString::CString(const char *text_) : text(text_ != nullptr ? text_ : "") {}
+CString::CString(const char *other) : text(other != nullptr ? other : "") {}
 
 CString::CString(const char *bytes, int length) {
     if (bytes != nullptr && length > 0) {

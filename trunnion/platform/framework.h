@@ -11,13 +11,13 @@
 class TRUNNION_API CString {
 public:
     CString() = default;
-    // A copy of the zero-terminated `text`; null gives an empty string.
+    // A copy of the zero-terminated `other`; null gives an empty string.
     CString(const char
                 *text); // NOLINT(google-explicit-constructor): converts silently, as callers expect
     // A copy of `length` bytes, zero bytes included. A negative length counts as 0.
     CString(const char *bytes, int length);
 
-    CString &operator=(const char *text);
+    CString &operator=(const char *other);
 
     // The text with its terminator; valid until the string changes.
     operator const char *() const { return text.c_str(); } // NOLINT(google-explicit-constructor)

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <climits>
 
-#include "trunnion/containers/detail/slot_storage.h"
+#include "trunnion/containers/detail/slot_kinds.h"
 
 namespace trunnion::detail {
 
@@ -174,7 +174,7 @@ void SlotArray<Slots>::moveInline() {
 template <class Slots>
 int SlotArray<Slots>::GetAvailableNumM(int idx) {
     int count = 0;
-    for (int i = std::max(idx, -1); ++i < bound;) {
+    for (int i = std::clamp(idx, -1, bound - 1) + 1; i < bound; ++i) {
         count += walkSees(*slotAt(i)) ? 1 : 0;
     }
     return count;
@@ -195,7 +195,7 @@ int SlotArray<Slots>::GetLastM(Value *value, int *idx) const {
 }
 
 template <class Slots>
-int SlotArray<Slots>::GetItemPosiM(Argument value) const requires(width == 1) {
+int SingleSlots<Slots>::GetItemPosiM(Value value) const {
     int matches = 0;
     for (int i = 0; i < bound && matches < 3; ++i) {
         matches += *slotAt(i) == value ? 1 : 0;
@@ -204,35 +204,34 @@ int SlotArray<Slots>::GetItemPosiM(Argument value) const requires(width == 1) {
 }
 
 template <class Slots>
-int SlotArray<Slots>::ImportArrM(const SlotArray &other) requires(width == 1) {
+int SingleSlots<Slots>::ImportArrM(const SingleSlots &other) {
     const int taken = other.available;
     const int end = other.bound;
     // A count of live slots above the bound can only have come from a damaged file; it must not
     // cost memory.
-    AddSizeM(Slots::walkSkipsEmpty ? std::min(taken, end) : taken);
+    this->AddSizeM(Slots::walkSkipsEmpty ? std::min(taken, end) : taken);
     for (int i = 0; i < end; ++i) {
         const Value held = *other.slotAt(i);
-        if (walkSees(held)) {
-            SetItemM(held, bound);
+        if (Base::walkSees(held)) {
+            this->SetItemM(held, bound);
         }
     }
     return taken;
 }
 
 template <class Slots>
-int SlotArray<Slots>::AddInIdxLstM(int idx, int key,
-                                   int value) requires(width >= 2 && std::is_same_v<Value, int>) {
+int KeyedSlots<Slots>::AddInIdxLstM(int idx, int key, int value) {
     const Value slot[width] = {value, key};
     if (bound == 0) {
-        AddItemM(slot);
+        this->AddItemM(slot);
         return 1;
     }
     const int beside = std::clamp(idx, 0, bound - 1);
-    return InsertItemM(slot, slotAt(beside)[1] > key ? beside : beside + 1);
+    return this->InsertItemM(slot, slotAt(beside)[1] > key ? beside : beside + 1);
 }
 
 template <class Slots>
-int SlotArray<Slots>::DelItemInLstM(int idx) requires(width >= 2 && std::is_same_v<Value, int>) {
+int KeyedSlots<Slots>::DelItemInLstM(int idx) {
     if (idx < 0 || idx >= bound) {
         return 1;
     }
@@ -244,8 +243,7 @@ int SlotArray<Slots>::DelItemInLstM(int idx) requires(width >= 2 && std::is_same
 }
 
 template <class Slots>
-int SlotArray<Slots>::FindIdxInLstM(int key) const
-    requires(width >= 3 && std::is_same_v<Value, int>) {
+int SortedSlots<Slots>::FindIdxInLstM(int key) const {
     if (bound == 0) {
         return SL_DELETED_INT;
     }

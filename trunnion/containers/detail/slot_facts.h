@@ -72,14 +72,14 @@ struct FloatSlots : SlotDefaults<float, valuesPerSlot> {
     static constexpr float newItemLimit = SL_LIVE_REAL_LIMIT;
 };
 
-struct IntSlots : IntegerSlots<1> {
+struct TRUNNION_API IntSlots : IntegerSlots<1> {
     static constexpr bool checkedPointer = true;
     static constexpr bool purgeDropsMarkerOnly = true;
     static constexpr bool lastGivesSlot = true;
     static constexpr int readEmptyTest = 1;
 };
 
-struct RealSlots : FloatSlots<1> {
+struct TRUNNION_API RealSlots : FloatSlots<1> {
     static constexpr float liveAbove = SL_DELETED_REAL;
     static constexpr bool purgeReturnsInline = true;
     static constexpr bool lastGivesSlot = true;
@@ -87,7 +87,7 @@ struct RealSlots : FloatSlots<1> {
     static constexpr ListForm listForm = ListForm::plain;
 };
 
-struct CharSlots : SlotDefaults<char, 1> {
+struct TRUNNION_API CharSlots : SlotDefaults<char, 1> {
     static constexpr char marker = 0;
     static constexpr char liveAbove = 0; // bytes from 0x80 up are negative and so not live either
     static constexpr NewItemRule newItemRule = NewItemRule::always;
@@ -100,37 +100,37 @@ struct CharSlots : SlotDefaults<char, 1> {
     static constexpr ListForm listForm = ListForm::plain;
 };
 
-struct Int2DSlots : IntegerSlots<2> {
+struct TRUNNION_API Int2DSlots : IntegerSlots<2> {
     static constexpr int outsideResult = 0;
     static constexpr bool checkedPointer = true;
     using ClearResult = void;
 };
 
-struct Int3DSlots : IntegerSlots<3> {
+struct TRUNNION_API Int3DSlots : IntegerSlots<3> {
     static constexpr int outsideFill = 2;
     static constexpr int endFill = 2;
     using ClearResult = void;
 };
 
-struct Int4DSlots : IntegerSlots<4> {
+struct TRUNNION_API Int4DSlots : IntegerSlots<4> {
     static constexpr int outsideFill = 2;
     static constexpr int endFill = 2;
     static constexpr int readEmptyTest = 4;
     using ClearResult = void;
 };
 
-struct Point2DSlots : FloatSlots<2> {
+struct TRUNNION_API Point2DSlots : FloatSlots<2> {
     static constexpr bool checkedPointer = true;
 };
 
-struct Point3DSlots : FloatSlots<3> {
+struct TRUNNION_API Point3DSlots : FloatSlots<3> {
     static constexpr float liveAbove = pointLiveLimit;
     static constexpr NewItemRule newItemRule = NewItemRule::heldNotAbove;
     static constexpr float newItemLimit = pointLiveLimit;
     static constexpr int outsideFill = 2;
 };
 
-struct PixelSlots : FloatSlots<4> {
+struct TRUNNION_API PixelSlots : FloatSlots<4> {
     static constexpr ListForm listForm = ListForm::none;
 };
 

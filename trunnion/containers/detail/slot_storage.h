@@ -29,8 +29,6 @@
 #include "trunnion/containers/detail/slot_facts.h"
 #include "trunnion/export.h"
 
-class TqIOCL;
-
 namespace trunnion::detail {
 
 // `block` (null for a new one) resized to `slots` slots. Stops the process, as told above, when
@@ -132,7 +130,7 @@ public:
     // First live slot behind `after`: stores its value and number and returns 1. At the end the
     // marker and SL_DELETED_INT are stored and the result is -1.
     int GetNextM(Value *value, int *idx, int after) const {
-        for (int slot = std::max(after, -1); ++slot < bound;) {
+        for (int slot = std::clamp(after, -1, bound - 1) + 1; slot < bound; ++slot) {
             const Value *held = slotAt(slot);
             if (walkSees(*held)) {
                 std::copy_n(held, width, value);
@@ -148,45 +146,6 @@ public:
     // none, outputs and result as for GetNextM.
     int GetLastM(Value *value, int *idx) const;
 
-    // How often `value` stands below the bound, by exact comparison: -1 for never, 0 for once, 1
-    // for twice, 2 for more often. It locates nothing.
-    int GetItemPosiM(Argument value) const requires(width == 1);
-    // Appends the live items of `other`, in order, holes closed, behind this array's bound. The
-    // capacity rises by the number of items taken, which is the result, even if there was room.
-    // `other` must be another array.
-    int ImportArrM(const SlotArray &other) requires(width == 1);
-
-    // Reads or writes the whole list through a stream, in its text or binary form. A read over an
-    // array that holds something replaces its counts and the slots that the file sets. Throws the
-    // stream's codes: 107 also for counts or slot numbers that the file cannot hold, before memory
-    // is taken for them. `name` stands in the tag lines of the text form only.
-    void FmInputOzkLstM(TqIOCL *stream) requires(Slots::listForm != ListForm::none);
-    void FmOutputOzkLstM(TqIOCL *stream, const char *name) const
-        requires(Slots::listForm != ListForm::none);
-
-    // Keyed lists. The new slot has `value` first and `key` second and goes behind slot `idx`, or
-    // to `idx` itself when the key there is above `key`; further values are 0. On an empty array it
-    // goes to slot 0.
-    int AddInIdxLstM(int idx, int key,
-                     int value) requires(width >= 2 && std::is_same_v<Value, int>);
-    // Removes slot `idx` and closes the gap; both counts fall by one. At or past the bound nothing
-    // happens.
-    int DelItemInLstM(int idx) requires(width >= 2 && std::is_same_v<Value, int>);
-
-    // Operations on the first value of a slot, in Int3DArr and Int4DArr.
-
-    // Slot with the first value `key` in a list that ascends by it, by bisection, or
-    // SL_DELETED_INT.
-    int FindIdxInLstM(int key) const requires(width >= 3 && std::is_same_v<Value, int>);
-    // TAG_AVAILABLE for a live slot, TAG_UNUSED for an empty one and outside 0 to bound - 1.
-    int IsAvailableM(int idx) const requires(width >= 3 && std::is_same_v<Value, int>) {
-        return idx >= 0 && idx < bound && isLive(*slotAt(idx)) ? TAG_AVAILABLE : TAG_UNUSED;
-    }
-    // Sorts the slots below the bound by first value, ascending; empty slots go to the front. Not
-    // stable: equal first values end up in the order of the quicksort told in slot_sort.cpp. Time n
-    // log n also with many equal keys, stack log n.
-    void QuickSortM() requires(width >= 3 && std::is_same_v<Value, int>);
-
 protected:
     SlotArray() { markAll(inlineItems, inlineSlots); }
     // A block of exactly `size` slots, all empty; below 5 the array stays inline.
@@ -201,6 +160,15 @@ protected:
     ~SlotArray() { release(); }
 
     static constexpr int inlineSlots = 4;
+
+    // The slot at `values` as an argument.
+    static Argument asArgument(const Value *values) {
+        if constexpr (width == 1) {
+            return *values;
+        } else {
+            return values;
+        }
+    }
 
     static bool isLive(Value first) { return first > Slots::liveAbove; }
     static bool walkSees(Value first) { return !Slots::walkSkipsEmpty || isLive(first); }
@@ -244,34 +212,12 @@ private:
             std::copy_n(value, width, slot);
         }
     }
-    // The slot at `values` as an argument.
-    static Argument asArgument(const Value *values) {
-        if constexpr (width == 1) {
-            return *values;
-        } else {
-            return values;
-        }
-    }
     int setBehindCapacity(Argument value, int idx);
     void release();
     bool purgeKeeps(Value first) const {
         return Slots::purgeDropsMarkerOnly ? first != Slots::marker : isLive(first);
     }
     void moveInline();
-
-    void readText(TqIOCL &stream);
-    void readBinary(TqIOCL &stream);
-    void writeText(TqIOCL &stream, const char *name) const;
 };
-
-extern template class SlotArray<IntSlots>;
-extern template class SlotArray<RealSlots>;
-extern template class SlotArray<CharSlots>;
-extern template class SlotArray<Int2DSlots>;
-extern template class SlotArray<Int3DSlots>;
-extern template class SlotArray<Int4DSlots>;
-extern template class SlotArray<Point2DSlots>;
-extern template class SlotArray<Point3DSlots>;
-extern template class SlotArray<PixelSlots>;
 
 } // namespace trunnion::detail

@@ -1,21 +1,18 @@
-// Slot arrays on streams: the binary run of raw slots and the two text forms.
+// Slot arrays on streams: the binary run of raw slots and the two text forms. Included by
+// slot_array.cpp alone.
+#pragma once
+
 #include <algorithm>
 #include <climits>
 
-#include "trunnion/containers/char_arr.h"
-#include "trunnion/containers/point3d_arr.h"
-#include "trunnion/containers/slot_array.h"
+#include "trunnion/containers/detail/slot_kinds.h"
 #include "trunnion/persistence/detail/list_frame.h"
 #include "trunnion/persistence/detail/stream_access.h"
-#include "trunnion/persistence/line_io.h"
 #include "trunnion/persistence/stream.h"
-#include "trunnion/platform/files.h"
 
 namespace trunnion::detail {
 
-namespace {
-
-constexpr int binaryStream = 1;
+inline constexpr int binaryStream = 1;
 
 // One slot as a line of text.
 template <class Slots>
@@ -85,39 +82,32 @@ bool readAsEmpty(const typename Slots::Value *slot) {
                        });
 }
 
-// Passes over a tag of any length and the white space behind it. False at the end of the file.
-bool skipTag(std::FILE *file) {
-    return std::fscanf(file, "%*s") != EOF && std::fscanf(file, " ") != EOF;
-}
-
-int readCount(TqIOCL &stream) {
+inline int readCount(TqIOCL &stream) {
     int count = 0;
     stream.InputDM(&count);
     return count;
 }
 
-} // namespace
-
 template <class Slots>
-void SlotArray<Slots>::FmOutputOzkLstM(TqIOCL *stream, const char *name) const
-    requires(Slots::listForm != ListForm::none) {
+void ListedSlots<Slots>::FmOutputOzkLstM(TqIOCL *stream, const char *name) const {
     if (stream->GetIoTypeM() != binaryStream) {
         writeText(*stream, name);
         return;
     }
     stream->OutputDM(&bound);
-    stream->OutputDM(&available);
-    const long long bytes = static_cast<long long>(bound) * width * static_cast<int>(sizeof(Value));
+    stream->OutputDM(&this->available);
+    const long long bytes =
+        static_cast<long long>(bound) * Base::width * static_cast<int>(sizeof(Value));
     if (bytes > INT_MAX) {
         throw writeFailed; // the stream counts a run of bytes in 32 bits
     }
     if (bytes > 0) {
-        stream->OutputSM(reinterpret_cast<const char *>(data()), static_cast<int>(bytes), 0);
+        stream->OutputSM(reinterpret_cast<const char *>(this->data()), static_cast<int>(bytes), 0);
     }
 }
 
 template <class Slots>
-void SlotArray<Slots>::FmInputOzkLstM(TqIOCL *stream) requires(Slots::listForm != ListForm::none) {
+void ListedSlots<Slots>::FmInputOzkLstM(TqIOCL *stream) {
     if (stream->GetIoTypeM() == binaryStream) {
         readBinary(*stream);
     } else {
@@ -126,26 +116,26 @@ void SlotArray<Slots>::FmInputOzkLstM(TqIOCL *stream) requires(Slots::listForm !
 }
 
 template <class Slots>
-void SlotArray<Slots>::readBinary(TqIOCL &stream) {
+void ListedSlots<Slots>::readBinary(TqIOCL &stream) {
     const int newBound = readCount(stream);
     const int newAvailable = readCount(stream);
-    constexpr int slotBytes = width * static_cast<int>(sizeof(Value));
+    constexpr int slotBytes = Base::width * static_cast<int>(sizeof(Value));
     StreamAccess::require(stream, newBound, slotBytes);
     StreamAccess::require(stream, newAvailable, 0);
-    InitialSizeM(newBound);
-    setCounts(newBound, newAvailable);
+    this->InitialSizeM(newBound);
+    this->setCounts(newBound, newAvailable);
     if (newBound > 0) {
-        stream.InputSM(reinterpret_cast<char *>(data()), newBound * slotBytes, 0);
+        stream.InputSM(reinterpret_cast<char *>(this->data()), newBound * slotBytes, 0);
     }
 }
 
 template <class Slots>
-void SlotArray<Slots>::writeText(TqIOCL &stream, const char *name) const {
+void ListedSlots<Slots>::writeText(TqIOCL &stream, const char *name) const {
     const int noted = forceAutoNewLine(stream);
     const ListFrameWriter frame(stream, streamHeadFormat(stream), name);
     frame.begin(bound);
     if (Slots::listForm == ListForm::plain) {
-        stream.OutputDM(&available);
+        stream.OutputDM(&this->available);
     }
     for (int i = 0; i < bound; ++i) {
         if (Slots::listForm == ListForm::indexed) {
@@ -158,71 +148,43 @@ void SlotArray<Slots>::writeText(TqIOCL &stream, const char *name) const {
 }
 
 template <class Slots>
-void SlotArray<Slots>::readText(TqIOCL &stream) {
+void ListedSlots<Slots>::readText(TqIOCL &stream) {
     const int noted = forceAutoNewLine(stream);
     const int count = readCount(stream);
-    if constexpr (Slots::listForm == ListForm::plain) {
-        const int newAvailable = readCount(stream);
-        StreamAccess::require(stream, count, 1);
-        StreamAccess::require(stream, newAvailable, 0);
-        InitialSizeM(count);
-        setCounts(count, newAvailable);
-        for (int i = 0; i < count; ++i) {
-            TextSlot<Slots>::read(stream, slotAt(i));
-        }
-        stream.SkipLineM();
+    if (Slots::listForm == ListForm::plain) {
+        readPlainText(stream, count);
     } else {
-        StreamAccess::require(stream, count, 2);
-        for (int i = 0; i < count; ++i) {
-            const int slot = readCount(stream);
-            requireSlot(slot, count);
-            Value values[width];
-            TextSlot<Slots>::read(stream, values);
-            if (!readAsEmpty<Slots>(values)) {
-                SetItemM(asArgument(values), slot);
-            }
-        }
-        StreamAccess::skipWord(stream);
+        readIndexedText(stream, count);
     }
     stream.SetAutoNewLineM(noted);
 }
 
-template void SlotArray<IntSlots>::FmInputOzkLstM(TqIOCL *);
-template void SlotArray<IntSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
-template void SlotArray<RealSlots>::FmInputOzkLstM(TqIOCL *);
-template void SlotArray<RealSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
-template void SlotArray<CharSlots>::FmInputOzkLstM(TqIOCL *);
-template void SlotArray<CharSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
-template void SlotArray<Int2DSlots>::FmInputOzkLstM(TqIOCL *);
-template void SlotArray<Int2DSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
-template void SlotArray<Int3DSlots>::FmInputOzkLstM(TqIOCL *);
-template void SlotArray<Int3DSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
-template void SlotArray<Int4DSlots>::FmInputOzkLstM(TqIOCL *);
-template void SlotArray<Int4DSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
-template void SlotArray<Point2DSlots>::FmInputOzkLstM(TqIOCL *);
-template void SlotArray<Point2DSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
-template void SlotArray<Point3DSlots>::FmInputOzkLstM(TqIOCL *);
-template void SlotArray<Point3DSlots>::FmOutputOzkLstM(TqIOCL *, const char *) const;
+template <class Slots>
+void ListedSlots<Slots>::readPlainText(TqIOCL &stream, int count) {
+    const int newAvailable = readCount(stream);
+    StreamAccess::require(stream, count, 1);
+    StreamAccess::require(stream, newAvailable, 0);
+    this->InitialSizeM(count);
+    this->setCounts(count, newAvailable);
+    for (int i = 0; i < count; ++i) {
+        TextSlot<Slots>::read(stream, slotAt(i));
+    }
+    stream.SkipLineM();
+}
+
+template <class Slots>
+void ListedSlots<Slots>::readIndexedText(TqIOCL &stream, int count) {
+    StreamAccess::require(stream, count, 2);
+    for (int i = 0; i < count; ++i) {
+        const int slot = readCount(stream);
+        requireSlot(slot, count);
+        Value values[Base::width];
+        TextSlot<Slots>::read(stream, values);
+        if (!readAsEmpty<Slots>(values)) {
+            this->SetItemM(Base::asArgument(values), slot);
+        }
+    }
+    StreamAccess::skipWord(stream);
+}
 
 } // namespace trunnion::detail
-
-void IntArr::FmInputOzkLstM(std::FILE *file) {
-    int count = 0;
-    if (slFscanfD(file, "%d, ", &count) != 1 || !trunnion::detail::skipTag(file) || count < 0 ||
-        2LL * count > trunnion::detail::remainingBytes(file)) {
-        return;
-    }
-    InitialSizeM(count);
-    for (int i = 0; i < count; ++i) {
-        int slot = 0;
-        int value = 0;
-        if (slFscanfD(file, "%d, ", &slot) != 1 || !trunnion::detail::skipTag(file) ||
-            slFscanfD(file, "%d\n", &value) != 1 || slot < 0 || slot >= count) {
-            return;
-        }
-        if (value != SL_DELETED_INT) {
-            SetItemM(value, slot);
-        }
-    }
-    trunnion::detail::skipTag(file);
-}

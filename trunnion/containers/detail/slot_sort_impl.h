@@ -1,12 +1,12 @@
-// The quicksort of Int3DArr and Int4DArr.
-#include "trunnion/containers/slot_array.h"
+// The quicksort of Int3DArr and Int4DArr. Included by slot_array.cpp alone.
+#pragma once
 
 #include <algorithm>
 #include <cstddef>
 
-namespace trunnion::detail {
+#include "trunnion/containers/detail/slot_kinds.h"
 
-namespace {
+namespace trunnion::detail {
 
 // Rows of `width` integers, as the sort sees them.
 template <int width>
@@ -40,7 +40,7 @@ private:
     int *rows;
 };
 
-int middle(int lo, int hi) {
+inline int middle(int lo, int hi) {
     return lo + (hi - lo) / 2;
 }
 
@@ -117,14 +117,9 @@ void sortRange(Rows<width> rows, int lo, int hi) {
     }
 }
 
-} // namespace
-
 template <class Slots>
-void SlotArray<Slots>::QuickSortM() requires(width >= 3 && std::is_same_v<Value, int>) {
-    sortRange(Rows<width>(data()), 0, bound - 1);
+void SortedSlots<Slots>::QuickSortM() {
+    sortRange(Rows<width>(this->data()), 0, bound - 1);
 }
-
-template void SlotArray<Int3DSlots>::QuickSortM();
-template void SlotArray<Int4DSlots>::QuickSortM();
 
 } // namespace trunnion::detail
