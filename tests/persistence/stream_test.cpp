@@ -6,6 +6,7 @@
 #include <climits>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <limits>
 #include <string>
@@ -33,6 +34,7 @@ protected:
     }
     // Makes `stream` read `bytes`.
     void open(TqIOCL &stream, const std::string &bytes, const char *mode = "r") {
+        std::filesystem::remove(path); // replacing a file's content waits for the disk
         test::writeBytes(path, bytes);
         stream.OpenM(path.c_str(), mode);
     }
