@@ -44,6 +44,9 @@ TRUNNION_API int tqErrorMessage(int code);
 // Root of the items: holds the tag that says whether an item is live.
 class TRUNNION_API TqBaseCL {
 public:
+    // Bytes of the record in a binary stream; an item class with more fields says how many.
+    static constexpr int recordBytes = 1;
+
     TqBaseCL() : deleteTag(TAG_UNUSED) {}
     // Any tag value is taken as it stands; 31 builds a live item.
     TqBaseCL(char tag)

@@ -1,6 +1,7 @@
 // The part of the framework that needs no operating system.
 #include "trunnion/platform/framework.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -77,7 +78,8 @@ void CMemoryException::Delete() {
 namespace trunnion::detail {
 
 void *frameworkAllocate(std::size_t size) {
-    void *block = std::malloc(size != 0 ? size : 1);
+    // No heap gives a block beyond PTRDIFF_MAX, and some checkers stop a process that asks for one.
+    void *block = size < PTRDIFF_MAX ? std::malloc(size != 0 ? size : 1) : nullptr;
     if (block == nullptr) {
         static CMemoryException exhausted;
         throw &exhausted;

@@ -10,6 +10,9 @@ inline constexpr int readFailed = 107;
 inline constexpr int writeFailed = 108;
 inline constexpr int openFailed = 109;
 
+// What GetIoTypeM answers for a binary stream; any other answer is a text stream.
+inline constexpr int ioTypeBinary = 1;
+
 struct StreamAccess {
     // Upper bound of the bytes of values that can still be read; INT64_MAX when that cannot be
     // told.

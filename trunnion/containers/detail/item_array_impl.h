@@ -1,0 +1,264 @@
+// The definitions of ItemArr, for the sources that instantiate it.
+#pragma once
+
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "trunnion/containers/item_array.h"
+#include "trunnion/persistence/detail/list_frame.h"
+#include "trunnion/persistence/detail/stream_access.h"
+#include "trunnion/persistence/stream.h"
+#include "trunnion/platform/framework.h"
+
+template <class T>
+ItemArr<T>::ItemArr(const ItemArr &other) : ItemArr() {
+    *this = other;
+}
+
+template <class T>
+ItemArr<T> &ItemArr<T>::operator=(const ItemArr &other) {
+    if (this == &other) {
+        return *this;
+    }
+    if (other.capacity > inlineSlots) {
+        const long long slots = static_cast<long long>(other.capacity) + inlineSlots;
+        T *block = allocate(slots);
+        std::uninitialized_default_construct_n(block, slots);
+        std::copy_n(other.heapItems, other.bound, block);
+        DelAllM();
+        heapItems = block;
+        capacity = static_cast<int>(slots);
+    } else {
+        DelAllM();
+        std::copy_n(other.inlineItems, other.bound, inlineItems);
+    }
+    available = other.available;
+    bound = other.bound;
+    increment = other.increment;
+    return *this;
+}
+
+template <class T>
+ItemArr<T>::~ItemArr() {
+    releaseBlock();
+    bound = 0;
+    available = 0;
+}
+
+template <class T>
+int ItemArr<T>::AddSizeM(int n) {
+    if (n >= 1) {
+        grow(n);
+    }
+    return 1;
+}
+
+template <class T>
+void ItemArr<T>::SetItemM(const T &item, int idx) {
+    if (idx < 0) {
+        return;
+    }
+    if (idx >= capacity) {
+        // The item may stand in the block that growth gives back.
+        const T copy(item); // NOLINT(performance-unnecessary-copy-initialization)
+        grow(std::max<long long>(capacity, idx + 1LL - capacity));
+        SetItemM(copy, idx);
+        return;
+    }
+    T &slot = changedItems()[idx];
+    bound = std::max(bound, idx + 1);
+    available += !isLive(slot) && isLive(item) ? 1 : 0;
+    slot = item;
+}
+
+template <class T>
+void ItemArr<T>::InsertItemM(const T &item, int idx) {
+    if (idx < 0 || idx >= bound) {
+        SetItemM(item, idx);
+        return;
+    }
+    // The item may stand in a slot that moves.
+    const T copy(item); // NOLINT(performance-unnecessary-copy-initialization)
+    if (bound == capacity) {
+        grow(increment);
+    }
+    T *slots = changedItems();
+    std::destroy_at(slots + bound);
+    relocate(slots + idx + 1, slots + idx, bound - idx);
+    ::new (static_cast<void *>(slots + idx)) T(copy);
+    ++bound;
+    available += isLive(copy) ? 1 : 0;
+}
+
+template <class T>
+void ItemArr<T>::DelItemM(int idx) {
+    if (!holdsSlot(idx)) {
+        return;
+    }
+    T &item = changedItems()[idx];
+    if (isLive(item)) {
+        item.DelItemM();
+        --available;
+    }
+    bound -= idx == bound - 1 ? 1 : 0;
+}
+
+template <class T>
+int ItemArr<T>::DelAllM() {
+    noteChange();
+    releaseBlock();
+    // The inline items have stood still since the array left them, some of them live.
+    for (T &item : inlineItems) {
+        if (isLive(item)) {
+            item.DelItemM();
+        }
+    }
+    available = 0;
+    bound = 0;
+    increment = 10;
+    return 1;
+}
+
+template <class T>
+int ItemArr<T>::closeGaps() {
+    T *slots = changedItems();
+    int removed = 0;
+    for (int i = 0; i < bound; ++i) {
+        if (!isLive(slots[i])) {
+            ++removed;
+        } else if (removed > 0) {
+            slots[i - removed] = slots[i];
+            slots[i].DelItemM();
+        }
+    }
+    bound -= removed;
+    return removed;
+}
+
+template <class T>
+void ItemArr<T>::moveInline() {
+    if (capacity > inlineSlots) {
+        noteChange();
+        std::copy_n(heapItems, inlineSlots, inlineItems);
+        releaseBlock();
+    }
+}
+
+// Memory for items that are not constructed yet. More of them than an int can number are asked for
+// as more bytes than any heap has, so that both end in the one exception.
+template <class T>
+T *ItemArr<T>::allocate(long long slots) {
+    const std::size_t bytes =
+        slots > INT_MAX ? SIZE_MAX : static_cast<std::size_t>(slots) * sizeof(T);
+    return static_cast<T *>(trunnion::detail::frameworkAllocate(bytes));
+}
+
+// Moves items as raw memory; the ranges may overlap. The old places then hold bytes and no items:
+// nothing is destroyed in them. This is sound for items that hold no pointer into themselves, and
+// it is what makes growth one copy of a block instead of a constructor and a destructor, both
+// virtual, for every item.
+template <class T>
+void ItemArr<T>::relocate(T *to, const T *from, int count) {
+    std::memmove(static_cast<void *>(to), static_cast<const void *>(from),
+                 static_cast<std::size_t>(count) * sizeof(T));
+}
+
+// The inline items are copied and stay: they live as long as the array does.
+template <class T>
+void ItemArr<T>::grow(long long slots) {
+    const long long size = capacity + slots;
+    T *block = allocate(size);
+    if (capacity == inlineSlots) {
+        std::uninitialized_copy_n(inlineItems, inlineSlots, block);
+    } else {
+        relocate(block, heapItems, capacity);
+    }
+    std::uninitialized_default_construct_n(block + capacity, slots);
+    trunnion::detail::frameworkFree(heapItems);
+    heapItems = block;
+    capacity = static_cast<int>(size);
+    writerMayLive = false;
+    noteChange();
+}
+
+// Destroys the heap items and returns to the inline ones as they stand.
+template <class T>
+void ItemArr<T>::releaseBlock() {
+    if (capacity > inlineSlots) {
+        std::destroy_n(heapItems, capacity);
+        trunnion::detail::frameworkFree(heapItems);
+        heapItems = nullptr;
+        capacity = inlineSlots;
+    }
+    writerMayLive = false;
+}
+
+template <class T>
+void ItemArr<T>::FmOutputOzkLstM(TqIOCL *stream, const char *name) const {
+    if (stream->GetIoTypeM() == trunnion::detail::ioTypeBinary) {
+        stream->OutputDM(&bound);
+        std::for_each_n(items(), bound, [&](const T &item) { item.FmOutputOzkFileM(stream); });
+        return;
+    }
+    const trunnion::detail::ListFrameWriter frame(*stream, "%d, %s", name);
+    frame.begin(bound);
+    for (int i = 0; i < bound; ++i) {
+        frame.index(i);
+        items()[i].FmOutputOzkFileM(stream);
+    }
+    frame.end();
+}
+
+template <class T>
+int ItemArr<T>::FmInputOzkLstM(TqIOCL *stream) {
+    const bool isText = stream->GetIoTypeM() != trunnion::detail::ioTypeBinary;
+    // A text record takes at least the line of its slot number and the line of its tag, of which
+    // the last may lack its end.
+    constexpr int textRecordBytes = 3;
+    int count = 0;
+    stream->InputDM(&count);
+    if (count >= 1) {
+        trunnion::detail::StreamAccess::require(*stream, count,
+                                                isText ? textRecordBytes : T::recordBytes);
+        AddSizeM(count - capacity);
+        std::for_each_n(changedItems(), capacity, [](T &item) {
+            if (isLive(item)) {
+                item.DelItemM();
+            }
+        });
+        available = 0;
+        bound = count;
+    }
+    for (int i = 0; i < count; ++i) {
+        int idx = i;
+        if (isText) {
+            stream->InputDM(&idx);
+            trunnion::detail::requireSlot(idx, count);
+        }
+        readRecord(*stream, idx);
+    }
+    if (isText) {
+        stream->SkipLineM();
+    }
+    return 1;
+}
+
+// A slot is live before only if a damaged file names it twice: it must not count twice.
+template <class T>
+void ItemArr<T>::readRecord(TqIOCL &stream, int idx) {
+    T &item = changedItems()[idx];
+    available -= isLive(item) ? 1 : 0;
+    try {
+        item.FmInputOzkFileM(&stream);
+    } catch (...) {
+        if (isLive(item)) {
+            item.DelItemM();
+        }
+        throw;
+    }
+    available += isLive(item) ? 1 : 0;
+}
