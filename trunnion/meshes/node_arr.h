@@ -1,0 +1,114 @@
+// NodeArr: the node list of a mesh.
+//
+// Triangles and quads name nodes by their slots here, so what moves a node must rewrite every facet
+// that names it; MergeNodesM and PurgeDeletedNodes do. What NodeArr shares with the other lists,
+// streams included, stands in containers/item_array.h.
+#pragma once
+
+#include "trunnion/containers/item_array.h"
+#include "trunnion/meshes/mesh_records.h"
+
+class TriangleArr;
+
+extern template class ItemArr<NodeCL>;
+
+class TRUNNION_API NodeArr : public ItemArr<NodeCL> {
+public:
+    NodeArr() = default;
+    NodeArr(const NodeArr &) = default;
+    NodeArr &operator=(const NodeArr &) = default;
+    ~NodeArr() override;
+
+    // One node for each point. *idx receives the first live node whose point is that of `node` to
+    // NodeCL::CompareM, or the slot to which `node` was appended. Normals play no part: the first
+    // node at a point keeps its own. Give a live node: one with another tag is stored and never
+    // found.
+    int MergeNodeLstM(const NodeCL &node, int *idx);
+    // Takes the list as a polyline and deletes each node whose squared distance from the last one
+    // kept, whatever its tag, is below SL_TINY; with `mode` 0 only if the dot product of both
+    // normals is nearer to 1 than SL_ZERO, too. Then closes the gaps. Nodes that coincide without
+    // being neighbours stay.
+    void PurgeMultiSamePntsToOneM(int mode);
+    // Copies the live node in slot `idx` of `source` to the same slot here, unless that is live
+    // already. Any other `idx` changes nothing.
+    int AddNodeByIndex(int idx, const NodeArr &source);
+
+    // Searches. Each looks at the slots in ascending order, and of equal candidates the first wins.
+
+    // Nearest live node to `point` by slDistance3: copied to `node`, and its slot is the result.
+    // SL_DELETED_INT, with `node` untouched, when there is none nearer than SL_BIG.
+    int GetNearestNodeM(NodeCL &node, const float *const point) const;
+    // Lowers a running minimum: each node of the facet, live or not, that is nearer to `point` than
+    // *distance sets *distance and *idx. The caller seeds both. Returns *idx.
+    int GetNearestNodeM(float *distance, int *idx, const QuadCL &quad, const float *const point);
+    int GetNearestNodeM(float *distance, int *idx, const TriangleCL &triangle,
+                        const float *const point);
+    // Walks `indexes`, a list of node slots without holes, from position *position on as long as
+    // the next node is strictly nearer to `node`; *position receives where that ends. A start
+    // outside the list changes nothing.
+    void GetNearestNodeIdxM(const NodeCL &node, const IntArr &indexes, int *position) const;
+    // Picks a node in a view: the matrix `view`, float[16], moves the nodes, and among the live
+    // ones nearer to `pick` than `radius` in x and z the nearest wins. One that is less than
+    // SL_ZERO behind it in squared distance takes its place if it is nearer in space. `point`
+    // receives the node's own point; the result is its slot, or -1 with `point` untouched.
+    int GetSelectedIdxM(const float *const view, const float *const pick, float radius,
+                        float *const point) const;
+    // Slot, live or not, of the node nearest to the corner at `point` of a frame with the axes a
+    // and b: first by its distance along a, and of those that tie within SL_ZERO the one nearest
+    // along b. Without a node *idx stays.
+    void GetMinPntIdxM(const float *const point, const float *const a, const float *const b,
+                       int *idx) const;
+    // Extents of the live nodes: least and greatest dot product with each direction, as float[2].
+    // Without a live node all are 0.
+    void GetMaxMinM(float *direction0, float *direction1, float *direction2, float *extent0,
+                    float *extent1, float *extent2) const;
+    // Least x and least y of the live nodes; SL_BIG without one.
+    void GetMinXY(float *minX, float *minY);
+    // 1 if the live nodes lie on one line through the first of them, always so for fewer than
+    // three; else 0. Directions are compared by slIsEqualPoint3D after they were turned to a
+    // positive x: nodes on both sides of the first one count as not on a line where x is the same
+    // for all.
+    int IsOneLineM() const;
+
+    // Reading. A slot that does not exist leaves the output untouched.
+
+    // Point or normal of a slot, in use or not.
+    void GetPntM(int idx, float *const point) const;
+    void GetNormalM(int idx, float *const normal) const;
+    // Point of a slot from 0 to bound - 1.
+    void GetOnePntM(int idx, float *const point) const;
+    // The vector from node `from` to node `to`, and the same turned round if its x is below 0.
+    int GenerateVectorM(int to, int from, float *const vector) const;
+    int GeneratePositiveVectorM(int to, int from, float *const vector) const;
+    // Writes the points of all slots below the bound to the same slots of `points`.
+    void GetPntLstM(Point3DArr *points) const;
+
+    // Changing every slot below the bound, live or not.
+
+    // Reverses the order of the slots. Normals stay.
+    void InverseNodeLstM();
+    // Reverses the order of the rows of a grid that is stored row by row. A grid for which there
+    // are not enough slots stays.
+    void InverseMeshNodeLstM(int rows, int columns);
+    // Moves points and turns normals by the matrix `m`, float[16].
+    void TransByMatrixM(const float *const m);
+    // Moves the points only.
+    void ScaleM(const float *const m);
+    // Turns points and normals about the line through `point` with the unit direction `axis`;
+    // `angle` in radians.
+    void RotateM(const float *const point, const float *const axis, float angle);
+
+    // Nodes and facets together.
+
+    // Merges the nodes named at the positions first to last - 1 of `indexes` into the node at
+    // `last`: the triangles take its number (TriangleArr::ChangeNodeIdxM), the nodes and their
+    // entries are deleted. Positions outside the list, and first at or past last, change nothing.
+    void MergeNodesM(IntArr *indexes, int first, int last, TriangleArr *triangles);
+    // Closes the gaps of this list and of `indexes`, keeping the order, and renumbers the nodes in
+    // `indexes` (its first entry of each) and in `triangles`.
+    void PurgeDeletedNodes(IntArr *indexes, TriangleArr *triangles);
+
+private:
+    int nearestCorner(float *distance, int *idx, const int *corners, int count,
+                      const float *point) const;
+};

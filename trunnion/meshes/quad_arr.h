@@ -1,0 +1,42 @@
+// QuadArr: the quad list of a mesh.
+//
+// A quad is four nodes in cyclic order; the diagonals are no edges. Its scans work as those of
+// TriangleArr: every slot below the bound, deleted ones too, in ascending order. What the list
+// shares with the others, streams included, stands in containers/item_array.h.
+#pragma once
+
+#include "trunnion/containers/item_array.h"
+#include "trunnion/meshes/mesh_records.h"
+
+extern template class ItemArr<QuadCL>;
+
+class TRUNNION_API QuadArr : public ItemArr<QuadCL> {
+public:
+    QuadArr() = default;
+    QuadArr(const QuadArr &) = default;
+    QuadArr &operator=(const QuadArr &) = default;
+    ~QuadArr() override;
+
+    // Appends the quad. In spite of the name neither a degenerate nor a duplicate one is refused.
+    int MergeQuadLstM(QuadCL quad);
+    // Inserts a live quad in front of slot `idx`, in spite of the name; at or past the bound it is
+    // stored at `idx`. Its normal type is 0. A negative `idx` does nothing.
+    int ModifyM(int idx, int *nodes);
+    // In every quad the first position that holds `oldNode`, and only that one, takes `newNode`. A
+    // quad that becomes degenerate stays.
+    void ChangeNodeIdxM(int oldNode, int newNode);
+    // Renumbers the live quads: node i becomes map[i], or SL_DELETED_INT outside the map. What
+    // becomes degenerate goes, and so does every slot that is not live; order is kept. A list that
+    // falls from 5 slots or more to 4 or fewer returns to its inline slots.
+    void ResetNodeIdxM(const IntArr &map);
+    // Turns all normals round.
+    void NegativeNormalVectM();
+    // Turns all normals by the matrix `m`, float[16].
+    void TransByMatrixM(const float *const m);
+
+    // Number of quads that hold the edge between nodes a and b; *slot receives the highest one and
+    // stays when there is none.
+    int JudgeBoundM(int a, int b, int *slot) const;
+    // The node behind `node` in the lowest quad that holds it, or SL_DELETED_INT.
+    int GetOneNeighbourPntM(int node) const;
+};

@@ -1,0 +1,93 @@
+// TriangleArr: the triangle list of a mesh.
+//
+// A mesh has no edge structure: which facets share an edge, where the boundary runs and which
+// facets meet at a node is worked out by scans over the node indexes. A scan visits every slot
+// below the bound in ascending order and, unless an operation says otherwise, does not look at the
+// tag: a deleted triangle keeps its indexes and still takes part. PurgeDeletedTrianglesM takes it
+// out. Indexes are not compared with a node list. Every operation is linear in the list; what the
+// list shares with the others, streams included, stands in containers/item_array.h.
+//
+// A triangle is degenerate when two of its indexes are equal. An edge has no direction.
+#pragma once
+
+#include "trunnion/containers/item_array.h"
+#include "trunnion/meshes/mesh_records.h"
+
+class Int2DArr;
+class NodeArr;
+
+extern template class ItemArr<TriangleCL>;
+
+class TRUNNION_API TriangleArr : public ItemArr<TriangleCL> {
+public:
+    TriangleArr() = default;
+    TriangleArr(const TriangleArr &) = default;
+    TriangleArr &operator=(const TriangleArr &) = default;
+    ~TriangleArr() override;
+
+    // Building.
+
+    // Appends the triangle and returns 1. Returns 0 if it is degenerate or if all nodes of a slot,
+    // deleted ones too, are among its own. Give a live triangle: another is stored and not counted.
+    int MergeTriangleLstM(TriangleCL triangle);
+    // Appends a live triangle, indexes int[3], normal float[3], without any check.
+    void AddTriangleM(const int *const nodes, const float *const normal);
+    // Inserts a live triangle in front of slot `idx`, in spite of the name; at or past the bound it
+    // is stored at `idx`. A negative `idx` does nothing.
+    int ModifyM(int idx, int *nodes, float *const normal);
+
+    // Deleting and renumbering.
+
+    // Deletes every live triangle that uses the node.
+    void DelTriangleByVertexM(int node);
+    // In every triangle the first position that holds `oldNode`, and only that one, takes
+    // `newNode`; a triangle that holds it and is degenerate afterwards is deleted.
+    void ChangeNodeIdxM(int oldNode, int newNode);
+    // Renumbers the live triangles: node i becomes map[i], or SL_DELETED_INT outside the map. What
+    // becomes degenerate goes, and so does every slot that is not live; order is kept. A list that
+    // falls from 5 slots or more to 4 or fewer returns to its inline slots.
+    void ResetNodeIdxM(const IntArr &map);
+    // Closes the gaps, if there are any; slot numbers change.
+    void PurgeDeletedTrianglesM();
+
+    // Normals, on every slot.
+
+    // Makes all normal types 0.
+    void ResetNormalTypeM();
+    // Turns all normals round.
+    void NegativeNormalVectM();
+    // Turns all normals by the matrix `m`, float[16]. The nodes are NodeArr's to move.
+    void TransByMatrixM(const float *const m);
+    // The facet normal of the majority: that of slot 0, or the first opposite one if strictly more
+    // normals than not point against it (dot product below 0). With fewer than three live triangles
+    // that of slot 0.
+    void GetMajorNormM(float *const normal) const;
+
+    // Topology.
+
+    // Number of triangles that hold the edge from node a to node b; *slot receives the highest one
+    // and stays when there is none. 1 is a boundary edge, 2 an inner edge, more a non-manifold one.
+    int JudgeBoundM(int a, int b, int *slot) const;
+    // One step along the boundary of the mesh from node pair[0], reached from node `previous` (any
+    // number that is no neighbour, on the first step): 1, with the next node in pair[1] and a slot
+    // of the edge in *slot. The lowest slot with a boundary edge wins, in it the lower position;
+    // where there is no other way the step goes back to `previous`. Without any step the result is
+    // not 1 and pair[1] stays. Each edge tried costs a scan.
+    int GetOneBoundWithStIdxM(int previous, int *const pair, int *slot) const;
+    // The node behind `node` in the lowest triangle that holds it, or SL_DELETED_INT.
+    int GetOneNeighbourPntM(int node) const;
+
+    // Finding triangles.
+
+    // Highest slot whose three nodes are all among the three of `nodes`, or -1.
+    int FindTriangleM(const int *const nodes) const;
+    // Lowest slot that holds the three nodes in any order: 1 and *slot, or 0.
+    int FindTriangleM(const int *const nodes, int *slot);
+    // Appends (slot, position of the node) for every triangle at a node to `found`.
+    void FindTriangleM(int node, Int2DArr *found) const;
+    // Of such a list: the list position of the triangle with an edge, leaving the node, that is
+    // most nearly at a right angle to `vector`, float[3]. *position stays on an empty list; entries
+    // that name no triangle, or nodes outside `nodes`, are passed over.
+    void FindTriangleByVectM(const float *const vector, const NodeArr &nodes, const Int2DArr &found,
+                             int *position) const;
+};
