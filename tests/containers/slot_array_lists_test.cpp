@@ -155,7 +155,7 @@ void expectRoundTrips(Array (*make)()) {
                 binary ? bytes.size() : bytes.rfind('\n', bytes.size() - 16);
             const std::size_t lastNumber =
                 binary ? bytes.size() : bytes.find_first_not_of(" \n", lastLine);
-            for (std::size_t length = 0; length < bytes.size(); ++length) {
+            for (std::size_t length = 0; length < bytes.size() && !deletedEnd; ++length) {
                 Array cut;
                 const int code = readInto(cut, bytes.substr(0, length), binary);
                 EXPECT_TRUE(code == 107 || (code == 0 && length > lastNumber))

@@ -29,4 +29,35 @@ std::int64_t remainingBytes(std::FILE *file);
 // at a time, and the readers of text ask for every single character.
 int nextByte(std::FILE *file);
 
+inline constexpr int attributeReadOnly = 1;
+inline constexpr int attributeDirectory = 16;
+inline constexpr int attributeNormal = 128;
+
+// Attributes of a file or directory, as bits: read-only 1, directory 16, and normal 128 where
+// nothing else is set. -1 if there is no such thing.
+int fileAttributes(const char *path);
+
+// Sets or clears the read-only attribute; the other bits of `attributes` are not the caller's to
+// set. False if there is no such file, or the system refuses.
+bool setFileAttributes(const char *path, int attributes);
+
+// Makes a read-only file writable for its own life, so that it can be overwritten.
+class WritableWhile {
+public:
+    explicit WritableWhile(const char *path) : name(path), attributes(fileAttributes(path)) {
+        setFileAttributes(path, attributeNormal);
+    }
+    ~WritableWhile() {
+        if (attributes >= 0) {
+            setFileAttributes(name.c_str(), attributes);
+        }
+    }
+    WritableWhile(const WritableWhile &) = delete;
+    WritableWhile &operator=(const WritableWhile &) = delete;
+
+private:
+    std::string name;
+    int attributes;
+};
+
 } // namespace trunnion::detail

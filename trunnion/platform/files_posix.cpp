@@ -105,4 +105,28 @@ int nextByte(std::FILE *file) {
     return getc_unlocked(file);
 }
 
+// A file is read-only when its owner may not write to it.
+int fileAttributes(const char *path) {
+    const std::string name = systemPath(path);
+    struct stat info {};
+    if (name.empty() || stat(name.c_str(), &info) != 0) {
+        return -1;
+    }
+    const int attributes = (S_ISDIR(info.st_mode) ? attributeDirectory : 0) |
+                           ((info.st_mode & S_IWUSR) == 0 ? attributeReadOnly : 0);
+    return attributes != 0 ? attributes : attributeNormal;
+}
+
+bool setFileAttributes(const char *path, int attributes) {
+    const std::string name = systemPath(path);
+    struct stat info {};
+    if (name.empty() || stat(name.c_str(), &info) != 0) {
+        return false;
+    }
+    constexpr mode_t everyWriter = S_IWUSR | S_IWGRP | S_IWOTH;
+    const bool readOnly = (attributes & attributeReadOnly) != 0;
+    const mode_t mode = readOnly ? info.st_mode & ~everyWriter : info.st_mode | S_IWUSR;
+    return mode == info.st_mode || chmod(name.c_str(), mode) == 0;
+}
+
 } // namespace trunnion::detail

@@ -123,7 +123,7 @@ int SlotArray<Slots>::DelAllM() {
 template <class Slots>
 typename Slots::ClearResult SlotArray<Slots>::DelAllVirtualM() {
     markEmpty(0, Slots::clearsWholeBlock ? capacity : bound);
-    if constexpr (std::is_same_v<Slots, CharSlots>) {
+    if constexpr (Slots::clearsWholeBlock) {
         markAll(inlineItems, inlineSlots);
     }
     bound = 0;
