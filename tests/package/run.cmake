@@ -1,0 +1,86 @@
+# One step of the package tests; CMakeLists.txt beside this file names the steps and passes the variables.
+cmake_minimum_required(VERSION 3.25)
+set(consumer ${SOURCE_DIR}/tests/package/consumer)
+set(prefix ${WORK_DIR}/prefix)
+set(build ${WORK_DIR}/${STEP})
+file(REMOVE_RECURSE ${build})
+
+function(run)
+  execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+function(configure source build)
+  run(${CMAKE_COMMAND} -S ${source} -B ${build} -G ${GENERATOR} -DCMAKE_CXX_COMPILER=${COMPILER}
+      -DCMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER} ${ARGN})
+endfunction()
+
+function(run_consumer program)
+  execute_process(COMMAND ${program} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT output STREQUAL "consumer: ok\n")
+    message(FATAL_ERROR "the consumer printed: ${output}")
+  endif()
+endfunction()
+
+function(build_consumer build)
+  configure(${consumer} ${build} ${ARGN})
+  run(${CMAKE_COMMAND} --build ${build})
+  run_consumer(${build}/consumer)
+endfunction()
+
+function(require_failure mention)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  if(result EQUAL 0 OR NOT output MATCHES "${mention}")
+    message(FATAL_ERROR "expected a failure that mentions \"${mention}\", got ${result}: ${output}")
+  endif()
+endfunction()
+
+if(STEP STREQUAL install)
+  file(REMOVE_RECURSE ${prefix})
+  run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+  # The inside of the platform layer is nobody's business.
+  file(GLOB_RECURSE installed RELATIVE ${prefix}/include ${prefix}/include/*.h)
+  list(FILTER installed INCLUDE REGEX "platform/")
+  if(NOT installed STREQUAL "trunnion/platform/framework.h;trunnion/platform/system.h")
+    message(FATAL_ERROR "installed headers of the platform layer: ${installed}")
+  endif()
+
+elseif(STEP STREQUAL find_package)
+  build_consumer(${build} -DCMAKE_PREFIX_PATH=${prefix} -DWANTED_VERSION=${VERSION})
+
+elseif(STEP STREQUAL wrong_version)
+  foreach(version 99.0 0.0.1)
+    require_failure("version: ${VERSION}" ${CMAKE_COMMAND} -S ${consumer} -B ${build} -G ${GENERATOR}
+                    -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_PREFIX_PATH=${prefix} -DWANTED_VERSION=${version})
+  endforeach()
+
+elseif(STEP STREQUAL pkg_config)
+  set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
+  execute_process(COMMAND pkg-config --cflags --libs "trunnion = ${VERSION}" OUTPUT_VARIABLE flags
+                  COMMAND_ERROR_IS_FATAL ANY)
+  separate_arguments(flags UNIX_COMMAND "${flags}")
+  foreach(option -ffp-contract=off -fsigned-char)
+    if(NOT option IN_LIST flags)
+      message(FATAL_ERROR "trunnion.pc does not name ${option}")
+    endif()
+  endforeach()
+  file(MAKE_DIRECTORY ${build})
+  run(${COMPILER} -std=c++20 -Wall -Wextra -Werror ${consumer}/main.cpp -o ${build}/consumer ${flags}
+      -Wl,-rpath,${prefix}/${LIBDIR})
+  run_consumer(${build}/consumer)
+  require_failure("trunnion" pkg-config --print-errors --errors-to-stdout "trunnion >= 99")
+
+elseif(STEP STREQUAL subdirectory)
+  # Configured only: what it would build is the library as this build has it.
+  configure(${consumer} ${build} -DTRUNNION_SUBDIRECTORY=${SOURCE_DIR})
+
+elseif(STEP STREQUAL static)
+  # A second build of the library, quick rather than good, and a user of it that has to find OpenGL.
+  configure(${SOURCE_DIR} ${build} -DBUILD_SHARED_LIBS=OFF -DTRUNNION_BUILD_TESTS=OFF -DTRUNNION_BUILD_EXAMPLES=OFF
+            -DCMAKE_CXX_FLAGS=-O0)
+  run(${CMAKE_COMMAND} --build ${build})
+  run(${CMAKE_COMMAND} --install ${build} --prefix ${build}/prefix)
+  build_consumer(${build}/consumer -DCMAKE_PREFIX_PATH=${build}/prefix)
+
+else()
+  message(FATAL_ERROR "no step ${STEP}")
+endif()
