@@ -20,12 +20,13 @@ function(trunnion_reached_headers variable source_dir)
   set(${variable} ${reached} PARENT_SCOPE)
 endfunction()
 
-# trunnion_public_headers(<variable> <source dir>): the headers meant for users. Not among them are the folders named
-# detail, and of the platform layer all but the framework's classes and what a host configures.
+# The inside of the platform layer: what the rest of the library asks of an operating system.
+set(TRUNNION_PLATFORM_INTERNALS trunnion/platform/drive_map.h trunnion/platform/files.h trunnion/platform/settings.h)
+
+# trunnion_public_headers(<variable> <source dir>): the headers meant for users.
 function(trunnion_public_headers variable source_dir)
   file(GLOB_RECURSE headers RELATIVE ${source_dir} ${source_dir}/trunnion/*.h)
-  list(FILTER headers EXCLUDE REGEX "/detail/|/platform/|^trunnion/trunnion\\.h$")
-  list(APPEND headers trunnion/platform/framework.h trunnion/platform/system.h)
-  list(SORT headers)
+  list(FILTER headers EXCLUDE REGEX "/detail/")
+  list(REMOVE_ITEM headers trunnion/trunnion.h ${TRUNNION_PLATFORM_INTERNALS})
   set(${variable} ${headers} PARENT_SCOPE)
 endfunction()

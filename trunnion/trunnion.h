@@ -24,4 +24,5 @@
 #include "trunnion/persistence/list_tags.h"
 #include "trunnion/persistence/stream.h"
 #include "trunnion/platform/framework.h"
+#include "trunnion/platform/point.h"
 #include "trunnion/platform/system.h"

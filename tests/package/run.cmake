@@ -1,5 +1,7 @@
 # One step of the package tests; CMakeLists.txt beside this file names the steps and passes the variables.
 cmake_minimum_required(VERSION 3.25)
+include(${SOURCE_DIR}/cmake/headers.cmake)
+
 set(consumer ${SOURCE_DIR}/tests/package/consumer)
 set(prefix ${WORK_DIR}/prefix)
 set(build ${WORK_DIR}/${STEP})
@@ -37,12 +39,11 @@ endfunction()
 if(STEP STREQUAL install)
   file(REMOVE_RECURSE ${prefix})
   run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
-  # The inside of the platform layer is nobody's business.
-  file(GLOB_RECURSE installed RELATIVE ${prefix}/include ${prefix}/include/*.h)
-  list(FILTER installed INCLUDE REGEX "platform/")
-  if(NOT installed STREQUAL "trunnion/platform/framework.h;trunnion/platform/system.h")
-    message(FATAL_ERROR "installed headers of the platform layer: ${installed}")
-  endif()
+  foreach(header IN LISTS TRUNNION_PLATFORM_INTERNALS)
+    if(EXISTS ${prefix}/include/${header})
+      message(FATAL_ERROR "${header} is installed, so a public header includes it")
+    endif()
+  endforeach()
 
 elseif(STEP STREQUAL find_package)
   build_consumer(${build} -DCMAKE_PREFIX_PATH=${prefix} -DWANTED_VERSION=${VERSION})
