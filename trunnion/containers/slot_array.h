@@ -320,6 +320,10 @@ public:
     // Bounding ranges, minimum then maximum, of the slots whose x and y are both above -5e17.
     // Without one the ranges are 1e18, -1e18.
     void GetScopeM(float *xRange, float *yRange) const;
+    // 1 if p lies inside or on the boundary of the polygon of all slots below the bound, empty ones
+    // too, else 0; 0 with a bound below 4. The test is slPointInterFaceM, and this one is defined
+    // beside it, among the sources of the geometry.
+    int JudgePntInBoundM(const float *p) const;
 
 protected:
     using Base::getCurrentItemPrtConstM;
