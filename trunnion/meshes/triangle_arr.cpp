@@ -220,11 +220,14 @@ void TriangleArr::FindTriangleByVectM(const float *const vector, const NodeArr &
         if (triangle == nullptr || entry[1] < 0 || entry[1] >= TriangleCL::cornerCount) {
             continue;
         }
-        int others[2];
-        TriangleCL(*triangle).GetOtherTwoIdxI(entry[1], others);
-        const NodeCL *corner = nodes.GetItemPM(triangle->GetNodeIdxPM()[entry[1]]);
-        const NodeCL *first = nodes.GetItemPM(others[0]);
-        const NodeCL *second = nodes.GetItemPM(others[1]);
+        // The two edges of a corner are tried in this order; the first that improves hides the
+        // other.
+        constexpr int otherCorners[3][2] = {{1, 2}, {0, 2}, {1, 0}};
+        const int *idx = triangle->GetNodeIdxPM();
+        const int *others = otherCorners[entry[1]];
+        const NodeCL *corner = nodes.GetItemPM(idx[entry[1]]);
+        const NodeCL *first = nodes.GetItemPM(idx[others[0]]);
+        const NodeCL *second = nodes.GetItemPM(idx[others[1]]);
         if (corner == nullptr || first == nullptr || second == nullptr) {
             continue;
         }
