@@ -98,6 +98,18 @@ void takeIfNearer(const float *end, float atEnd, const float *from, const float 
     }
 }
 
+using Measure = void(const float *a, const float *b, const float *c, const float *d, float *t1,
+                     float *t2, float *dist);
+
+// Judges two lines, measures them in the one or the other way, and gives the judgement.
+int measureAsJudged(Measure *coplanar, Measure *skew, const float *a, const float *b,
+                    const float *c, const float *d, float *t1, float *t2, float *dist) {
+    float unused[3];
+    const int judgement = slJudgeLineCoPlane(a, b, c, d, unused);
+    (judgement == SL_LINES_COPLANAR ? coplanar : skew)(a, b, c, d, t1, t2, dist);
+    return judgement;
+}
+
 } // namespace
 
 int slIntersectLines3D(const float *a, const float *b, const float *c, const float *d, float *t1,
@@ -174,12 +186,8 @@ void slGetDifPlaneInfLineDist(const float *a, const float *b, const float *c, co
 
 int slGetInfLinesCoPerpenticular(const float *a, const float *b, const float *c, const float *d,
                                  float *t1, float *t2, float *dist) {
-    float unused[3];
-    const int judgement = slJudgeLineCoPlane(a, b, c, d, unused);
-    const auto measure =
-        judgement == SL_LINES_COPLANAR ? slGetCoPlaneInfLineDist : slGetDifPlaneInfLineDist;
-    measure(a, b, c, d, t1, t2, dist);
-    return judgement;
+    return measureAsJudged(slGetCoPlaneInfLineDist, slGetDifPlaneInfLineDist, a, b, c, d, t1, t2,
+                           dist);
 }
 
 void slGetCoPlaneLineDist(const float *a, const float *b, const float *c, const float *d, float *t1,
@@ -207,10 +215,5 @@ void slGetDifPlaneLineDist(const float *a, const float *b, const float *c, const
 
 int slGetLinesCoPerpenticular(const float *a, const float *b, const float *c, const float *d,
                               float *t1, float *t2, float *dist) {
-    float unused[3];
-    const int judgement = slJudgeLineCoPlane(a, b, c, d, unused);
-    const auto measure =
-        judgement == SL_LINES_COPLANAR ? slGetCoPlaneLineDist : slGetDifPlaneLineDist;
-    measure(a, b, c, d, t1, t2, dist);
-    return judgement;
+    return measureAsJudged(slGetCoPlaneLineDist, slGetDifPlaneLineDist, a, b, c, d, t1, t2, dist);
 }
