@@ -132,18 +132,29 @@ TEST(NearestPair, IsTheFirstOfTheClosestInListedOrder) {
 }
 
 const Triple A = {0, 5, 0};
+const Triple ELSEWHERE = {3, 5, -7};
+
+// The case again with x and z reversed, which changes nothing but signs.
+Triple turned(const Triple &p) {
+    return {-p[0], p[1], -p[2]};
+}
 
 TEST(PointOnXZ, AtTheHeightOfAPointFallsBackToTheNearerEnd) {
-    const Triple cases[][3] = {
-        {{2, 6, 4}, {9, 9, 8}, {4, 0, 8}},
-        {{2, 6, above(SL_ZERO)}, {9, 9, 0}, {0, 0, 0}},
-        {{2, 6, SL_ZERO}, {0.9F, 9, 0}, A},
-        {{2, 6, -SL_ZERO}, {1, 9, 0}, {2, 6, -SL_ZERO}}, // both as near
+    const Triple cases[][4] = {
+        {A, {2, 6, 4}, {9, 9, 8}, {4, 0, 8}},
+        {A, {2, 6, above(SL_ZERO)}, {9, 9, 0}, {0, 0, 0}},
+        {A, {2, 6, SL_ZERO}, {0.9F, 9, 0}, A},
+        {A, {2, 6, -SL_ZERO}, {1, 9, 0}, {2, 6, -SL_ZERO}}, // both as near
+        {ELSEWHERE, {5, 6, -3}, {9, 9, -4}, {4.5F, 0, -4}},
+        {ELSEWHERE, {5, 6, -7}, {3.9F, 9, 0}, ELSEWHERE},
     };
-    for (const auto &[b, p, expected] : cases) {
+    for (const auto &[a, b, p, expected] : cases) {
         Triple out = p; // in place
-        slProjToLineAlongXOnXZ(A.data(), b.data(), out.data(), out.data());
+        slProjToLineAlongXOnXZ(a.data(), b.data(), out.data(), out.data());
         EXPECT_EQ(out, expected);
+        out = turned(p);
+        slProjToLineAlongXOnXZ(turned(a).data(), turned(b).data(), out.data(), out.data());
+        EXPECT_EQ(out, turned(expected));
     }
 }
 
@@ -152,37 +163,46 @@ TEST(PointOnXZ, AtTheXOfAPointTakesTheSlackOfItsBranch) {
     const Triple upright = {SL_ZERO, 6, -4}, steep = {above(SL_ZERO), 6, -4};
     const struct {
         const char *name;
-        Triple b, p;
+        Triple a, b, p;
         float tol;
         Triple out; // UNTOUCHED where the result is 0
     } cases[] = {
-        {"slack before a", wide, {-0.25F, 9, 0}, 0.25F, UNTOUCHED},
-        {"just within it", wide, {above(-0.25F), 9, 0}, 0.25F, A},
-        {"slack beyond b", wide, {2.25F, 9, 9}, 0.25F, UNTOUCHED},
-        {"just within it", wide, {below(2.25F), 9, 9}, 0.25F, wide},
-        {"nearer end by z, not by x", wide, {2.1F, 9, 1.9F}, 0.25F, A},
-        {"both ends as near", wide, {2.1F, 9, 2}, 0.25F, wide},
-        {"-SL_ZERO", unit, {-SL_ZERO, 9, 0}, 0.25F, A},
-        {"above it", unit, {-SL_ZERO / 2, 9, 0}, 0.25F, {-SL_ZERO / 2, 0, -2 * SL_ZERO}},
-        {"SL_PAST_ONE", unit, {SL_PAST_ONE, 9, 4}, 0.25F, unit},
-        {"below it", unit, {1.00005F, 9, 4}, 0.25F, {1.00005F, 0, 4 * 1.00005F}},
-        {"width 1 is the slack", unit, {-1, 9, 0}, 2, UNTOUCHED},
-        {"tol where width is above 1", {above(1.0F), 6, 4}, {-1, 9, 0}, 2, A},
-        {"narrow: just within width", narrow, {above(-0.25F), 9, 0}, 2, A},
-        {"narrow: tol is the slack", narrow, {-0.125F, 9, 0}, 0.25F, UNTOUCHED},
-        {"upright: tol in x", upright, {0.25F, 9, -1}, 0.25F, UNTOUCHED},
-        {"upright: just within it", upright, {-0.24F, 9, -1}, 0.25F, {-0.24F, 9, -1}},
-        {"upright: SL_ZERO past a", upright, {0, 9, SL_ZERO}, 0.25F, A},
-        {"upright: less than that", upright, {0, 9, SL_ZERO / 2}, 0.25F, {0, 9, SL_ZERO / 2}},
-        {"upright: far beyond b", upright, {0, 9, -99}, 0.25F, upright},
-        {"steep: out of its slack", steep, {0.1F, 9, -1}, 0.25F, UNTOUCHED},
+        {"slack before a", A, wide, {-0.25F, 9, 0}, 0.25F, UNTOUCHED},
+        {"just within it", A, wide, {above(-0.25F), 9, 0}, 0.25F, A},
+        {"slack beyond b", A, wide, {2.25F, 9, 9}, 0.25F, UNTOUCHED},
+        {"just within it", A, wide, {below(2.25F), 9, 9}, 0.25F, wide},
+        {"nearer end by z, not by x", A, wide, {2.1F, 9, 1.9F}, 0.25F, A},
+        {"both ends as near", A, wide, {2.1F, 9, 2}, 0.25F, wide},
+        {"-SL_ZERO", A, unit, {-SL_ZERO, 9, 0}, 0.25F, A},
+        {"above it", A, unit, {-SL_ZERO / 2, 9, 0}, 0.25F, {-SL_ZERO / 2, 0, -2 * SL_ZERO}},
+        {"SL_PAST_ONE", A, unit, {SL_PAST_ONE, 9, 4}, 0.25F, unit},
+        {"below it", A, unit, {1.00005F, 9, 4}, 0.25F, {1.00005F, 0, 4 * 1.00005F}},
+        {"width 1 is the slack", A, unit, {-1, 9, 0}, 2, UNTOUCHED},
+        {"tol where width is above 1", A, {above(1.0F), 6, 4}, {-1, 9, 0}, 2, A},
+        {"narrow: just within width", A, narrow, {above(-0.25F), 9, 0}, 2, A},
+        {"narrow: tol is the slack", A, narrow, {-0.125F, 9, 0}, 0.25F, UNTOUCHED},
+        {"upright: tol in x", A, upright, {0.25F, 9, -1}, 0.25F, UNTOUCHED},
+        {"upright: just within it", A, upright, {-0.24F, 9, -1}, 0.25F, {-0.24F, 9, -1}},
+        {"upright: SL_ZERO past a", A, upright, {0, 9, SL_ZERO}, 0.25F, A},
+        {"upright: less than that", A, upright, {0, 9, SL_ZERO / 2}, 0.25F, {0, 9, SL_ZERO / 2}},
+        {"upright: far beyond b", A, upright, {0, 9, -99}, 0.25F, upright},
+        {"elsewhere", ELSEWHERE, {5, 6, -3}, {4, 9, 9}, 0.25F, {4, 0, -5}},
+        {"elsewhere: in the slack", ELSEWHERE, {5, 6, -3}, {5.1F, 9, -5.1F}, 0.25F, ELSEWHERE},
+        {"elsewhere: upright", ELSEWHERE, {3, 6, -3}, {3.1F, 9, -5}, 0.25F, {3.1F, 9, -5}},
+        {"steep: out of its slack", A, steep, {0.1F, 9, -1}, 0.25F, UNTOUCHED},
     };
-    for (const auto &[name, b, p, tol, expected] : cases) {
+    for (const auto &[name, a, b, p, tol, expected] : cases) {
+        const int code = expected == UNTOUCHED ? 0 : 1;
         Triple out = UNTOUCHED;
-        EXPECT_EQ(slProjToLineAlongZOnXZ(A.data(), b.data(), p.data(), tol, out.data()),
-                  expected == UNTOUCHED ? 0 : 1)
+        EXPECT_EQ(slProjToLineAlongZOnXZ(a.data(), b.data(), p.data(), tol, out.data()), code)
             << name;
         EXPECT_LT((Exact(out) - expected).length(), 1e-6L) << name;
+        out = turned(UNTOUCHED);
+        EXPECT_EQ(slProjToLineAlongZOnXZ(turned(a).data(), turned(b).data(), turned(p).data(), tol,
+                                         out.data()),
+                  code)
+            << name;
+        EXPECT_LT((Exact(out) - turned(expected)).length(), 1e-6L) << name;
     }
 }
 

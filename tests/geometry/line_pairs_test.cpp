@@ -56,12 +56,13 @@ TEST(Crossing, TellsParallelShortAndCoincidentLinesApart) {
         {"determinant SL_ZERO", {O, X, O, {0, SL_ZERO, 0}}, 0, S, S},
         {"determinant above it", {O, X, O, {0, above(SL_ZERO), 0}}, 1, 0, 0},
         {"short at right angles", {O, {0.005F, 0, 0}, O, {0, 0.005F, 0}}, 0, S, S},
-        {"no first line", {X, X, O, {0, 1, 0}}, 0, S, S},
+        {"no first line", {O, O, O, {0, 1, 0}}, 0, S, S},
         // Not in one plane: the projection decides, XY before XZ and YZ on a tie.
         {"tie of XY and XZ", {O, X, {0, 2, 3}, {0, 3, 4}}, 1, 0, -2},
         {"XZ greater", {O, X, {0, 2, 3}, {0, 3, 5}}, 1, 0, -1.5F},
         {"tie of all", {O, {1, -1, 0}, {0, 2, 3}, {0, 3, 4}}, 1, 0, -2},
         {"YZ greater", {O, {1, -2, 0}, {2, 2, 3}, {2, 3, 4}}, 1, 0.5F, -3},
+        {"YZ greater, reversed", {O, {1, -2, 0}, {2, 2, 3}, {2, 1, 2}}, 1, 0.5F, 3},
     };
     for (const auto &c : cases) {
         float t1 = SENTINEL;
@@ -73,7 +74,8 @@ TEST(Crossing, TellsParallelShortAndCoincidentLinesApart) {
 }
 
 TEST(Judgement, ComparesTheResidualByMagnitudeAndAcceptsLinesThatShareAPoint) {
-    const Triple small = {0.005F, 0, 0};
+    const Triple right = {0.005F, 0, 1};
+    const Triple left = {0, 0.005F, 1};
     const struct {
         const char *name;
         Pair lines;
@@ -87,8 +89,8 @@ TEST(Judgement, ComparesTheResidualByMagnitudeAndAcceptsLinesThatShareAPoint) {
         {"c = a", {O, X, O, {4, 5, 6}}, 2, UNTOUCHED},
         {"a = b", {O, O, X, {4, 5, 6}}, 2, UNTOUCHED},
         {"c = b", {O, X, X, {4, 5, 6}}, 2, O},
-        {"short lines in one plane", {O, small, {0, 0.005F, 0}, X}, 2, UP},
-        {"short lines that are skew", {O, small, {0, 0.005F, 0}, UP}, 3, UP},
+        {"short lines in one plane", {UP, right, left, {9, 9, 1}}, 2, UP},
+        {"short lines that are skew", {UP, right, left, O}, 3, UP},
     };
     for (const auto &c : cases) {
         Triple n = UNTOUCHED;
