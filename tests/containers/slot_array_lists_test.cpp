@@ -3,7 +3,6 @@
 #include "trunnion/containers/point3d_arr.h"
 #include "trunnion/containers/slot_array.h"
 #include "trunnion/persistence/list_tags.h"
-#include "trunnion/persistence/stream.h"
 
 #include <cstring>
 #include <string>
@@ -11,51 +10,13 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/temp_dir.h"
+#include "tests/support/list_files.h"
 
 namespace {
 
-const char *modeOf(bool binary, bool writing) {
-    if (binary) {
-        return writing ? "wb" : "rb";
-    }
-    return writing ? "w" : "r";
-}
-
-template <class Array>
-std::string written(const Array &array, const char *name, bool binary, int autoNewLine = 1) {
-    const test::TempDir dir;
-    const std::string path = dir.path("list");
-    TqIOCL stream;
-    stream.OpenM(path.c_str(), modeOf(binary, true));
-    stream.SetAutoNewLineM(autoNewLine);
-    array.FmOutputOzkLstM(&stream, name);
-    EXPECT_EQ(stream.GetAutoNewLineM(), autoNewLine);
-    stream.CloseM();
-    return test::readBytes(path);
-}
-
-// Reads `bytes` into `array`; the code thrown, or 0.
-template <class Array>
-int readInto(Array &array, const std::string &bytes, bool binary) {
-    static const test::TempDir dir;
-    test::writeBytes(dir.path("list"), bytes);
-    TqIOCL stream;
-    stream.OpenM(dir.path("list").c_str(), modeOf(binary, false));
-    try {
-        array.FmInputOzkLstM(&stream);
-    } catch (int code) {
-        return code;
-    }
-    return 0;
-}
-
-template <class... Values>
-std::string raw(Values... values) {
-    std::string bytes;
-    (bytes.append(reinterpret_cast<const char *>(&values), sizeof values), ...);
-    return bytes;
-}
+using test::raw;
+using test::readInto;
+using test::written;
 
 IntArr angles() {
     IntArr array;

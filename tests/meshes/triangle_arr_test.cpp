@@ -1,0 +1,448 @@
+// Triangle lists: every scan against a plain model over random lists, and the cases where the told
+// order decides.
+#include "trunnion/meshes/triangle_arr.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/random.h"
+#include "trunnion/containers/slot_array.h"
+#include "trunnion/meshes/node_arr.h"
+
+namespace {
+
+const float up[3] = {0, 0, 1};
+
+using Nodes = std::array<int, 3>;
+
+struct Slot {
+    Nodes nodes;
+    int tag;
+    bool operator==(const Slot &) const = default;
+    bool isLive() const { return tag == TAG_AVAILABLE; }
+    bool holds(int node) const { return std::count(nodes.begin(), nodes.end(), node) > 0; }
+    bool isDegenerate() const {
+        return nodes[0] == nodes[1] || nodes[1] == nodes[2] || nodes[0] == nodes[2];
+    }
+};
+
+// A triangle list as it is told: slots below the bound and the number of live ones.
+struct Model {
+    std::vector<Slot> slots;
+    int available = 0;
+
+    int bound() const { return static_cast<int>(slots.size()); }
+    void add(Nodes nodes) {
+        slots.push_back({nodes, TAG_AVAILABLE});
+        ++available;
+    }
+    void del(int k) {
+        if (slots[k].isLive()) {
+            slots[k].tag = TAG_DELETED;
+            --available;
+        }
+        if (k == bound() - 1) {
+            slots.pop_back();
+        }
+    }
+    int merge(Nodes nodes) {
+        const Slot added{nodes, TAG_AVAILABLE};
+        for (const Slot &slot : slots) {
+            int pairs = 0;
+            for (const int own : slot.nodes) {
+                pairs += static_cast<int>(std::count(nodes.begin(), nodes.end(), own));
+            }
+            if (pairs == 3 && !added.isDegenerate()) {
+                return 0;
+            }
+        }
+        if (!added.isDegenerate()) {
+            add(nodes);
+        }
+        return added.isDegenerate() ? 0 : 1;
+    }
+    void change(int from, int to) {
+        for (int k = 0; k < bound(); ++k) {
+            const auto found = std::find(slots[k].nodes.begin(), slots[k].nodes.end(), from);
+            if (found != slots[k].nodes.end()) {
+                *found = to;
+                if (slots[k].isDegenerate()) {
+                    del(k);
+                }
+            }
+        }
+    }
+    void delByVertex(int node) {
+        for (int k = 0; k < bound(); ++k) {
+            if (slots[k].isLive() && slots[k].holds(node)) {
+                del(k);
+            }
+        }
+    }
+    void reset(const std::vector<int> &map) {
+        std::vector<Slot> kept;
+        for (Slot slot : slots) {
+            for (int &node : slot.nodes) {
+                const bool inside = node >= 0 && node < static_cast<int>(map.size());
+                node = inside ? map[node] : SL_DELETED_INT;
+            }
+            if (slot.isLive() && !slot.isDegenerate()) {
+                kept.push_back(slot);
+            }
+        }
+        slots = kept;
+        available = bound();
+    }
+};
+
+std::vector<Slot> slotsOf(const TriangleArr &list) {
+    std::vector<Slot> slots;
+    for (int i = 0; i < list.GetBoundM(); ++i) {
+        const int *nodes = list.GetItemPM(i)->GetNodeIdxPM();
+        slots.push_back({{nodes[0], nodes[1], nodes[2]}, list.GetItemPM(i)->IsAvailableM()});
+    }
+    return slots;
+}
+
+TriangleArr listOf(const std::vector<Nodes> &triangles) {
+    TriangleArr list;
+    for (const Nodes &nodes : triangles) {
+        list.AddTriangleM(nodes.data(), up);
+    }
+    return list;
+}
+
+TriangleCL liveTriangle(const Nodes &nodes) {
+    TriangleCL triangle(31);
+    triangle.SetTriangleM(nodes[0], nodes[1], nodes[2]);
+    return triangle;
+}
+
+void expectScansAgree(TriangleArr &list, const Model &model, test::Random &random) {
+    const int a = random.integer(0, 7);
+    const int b = random.integer(0, 7);
+    const Nodes three{a, b, random.integer(0, 7)};
+    int count = 0;
+    int edgeSlot = -5;
+    std::optional<int> behind;
+    int lastWithin = -1;
+    std::optional<int> firstEqual;
+    Int2DArr found;
+    list.FindTriangleM(a, &found);
+    int listed = 0;
+    for (int k = 0; k < model.bound(); ++k) {
+        const Nodes &nodes = model.slots[k].nodes;
+        const auto at = static_cast<int>(std::find(nodes.begin(), nodes.end(), a) - nodes.begin());
+        if (at < 3) {
+            const bool edge = nodes[(at + 1) % 3] == b || nodes[(at + 2) % 3] == b;
+            count += edge;
+            edgeSlot = edge ? k : edgeSlot;
+            behind = behind.value_or(nodes[(at + 1) % 3]);
+            ASSERT_EQ(found.GetItemPM(listed)[0], k);
+            ASSERT_EQ(found.GetItemPM(listed++)[1], at);
+        }
+        const auto isGiven = [&](int node) {
+            return std::count(three.begin(), three.end(), node) > 0;
+        };
+        lastWithin = std::all_of(nodes.begin(), nodes.end(), isGiven) ? k : lastWithin;
+        Nodes sorted = nodes;
+        Nodes sortedGiven = three;
+        std::sort(sorted.begin(), sorted.end());
+        std::sort(sortedGiven.begin(), sortedGiven.end());
+        firstEqual = sorted == sortedGiven ? firstEqual.value_or(k) : firstEqual;
+    }
+    ASSERT_EQ(found.GetBoundM(), listed);
+    int slot = -5;
+    ASSERT_EQ(list.JudgeBoundM(a, b, &slot), count);
+    ASSERT_EQ(slot, edgeSlot);
+    ASSERT_EQ(list.GetOneNeighbourPntM(a), behind.value_or(SL_DELETED_INT));
+    ASSERT_EQ(list.FindTriangleM(three.data()), lastWithin);
+    slot = -5;
+    ASSERT_EQ(list.FindTriangleM(three.data(), &slot), firstEqual ? 1 : 0);
+    ASSERT_EQ(slot, firstEqual.value_or(-5));
+}
+
+TEST(TriangleArr, EveryOperationAgreesWithThePlainModel) {
+    test::Random random(54);
+    for (int round = 0; round < 200; ++round) {
+        TriangleArr list;
+        Model model;
+        for (int step = 0; step < 30; ++step) {
+            const Nodes nodes{random.integer(0, 7), random.integer(0, 7), random.integer(0, 7)};
+            switch (random.integer(0, 9)) {
+            case 0:
+            case 1:
+            case 2:
+                list.AddTriangleM(nodes.data(), up);
+                model.add(nodes);
+                break;
+            case 3:
+            case 4:
+            case 5:
+                ASSERT_EQ(list.MergeTriangleLstM(liveTriangle(nodes)), model.merge(nodes));
+                break;
+            case 6:
+                list.ChangeNodeIdxM(nodes[0], nodes[1]);
+                model.change(nodes[0], nodes[1]);
+                break;
+            case 7:
+                if (random.oneIn(3)) {
+                    list.DelTriangleByVertexM(nodes[0]);
+                    model.delByVertex(nodes[0]);
+                } else if (nodes[0] < model.bound()) {
+                    list.DelItemM(nodes[0]);
+                    model.del(nodes[0]);
+                }
+                break;
+            case 8:
+                if (random.oneIn(3)) {
+                    const int lengthBefore = list.GetLengthM();
+                    const int boundBefore = list.GetBoundM();
+                    std::vector<int> map{0, 1, 2, 3, 4, 5, 6};
+                    map[nodes[0] % 7] = nodes[1];
+                    IntArr indexes;
+                    for (const int entry : map) {
+                        indexes.AddItemM(entry);
+                    }
+                    list.ResetNodeIdxM(indexes);
+                    model.reset(map);
+                    const bool inlineAgain = boundBefore >= 5 && list.GetBoundM() <= 4;
+                    ASSERT_EQ(list.GetLengthM(), inlineAgain ? 4 : lengthBefore);
+                }
+                break;
+            default:
+                if (random.oneIn(3)) {
+                    list.PurgeDeletedTrianglesM();
+                    std::erase_if(model.slots, [](const Slot &slot) { return !slot.isLive(); });
+                }
+            }
+            ASSERT_EQ(slotsOf(list), model.slots) << "round " << round;
+            ASSERT_EQ(list.GetAvailableNumM(), model.available);
+            ASSERT_NO_FATAL_FAILURE(expectScansAgree(list, model, random));
+        }
+    }
+}
+
+TEST(TriangleArr, DeletedTriangleStillBlocksItsDuplicate) {
+    TriangleArr list = listOf({{1, 2, 3}, {3, 4, 5}});
+    list.DelTriangleByVertexM(1);
+    EXPECT_EQ(list.MergeTriangleLstM(liveTriangle({3, 1, 2})), 0);
+    list.PurgeDeletedTrianglesM();
+    EXPECT_EQ(list.MergeTriangleLstM(liveTriangle({3, 1, 2})), 1);
+    EXPECT_EQ(list.MergeTriangleLstM(TriangleCL()), 0); // all indexes equal: degenerate
+}
+
+TEST(TriangleArr, ModifyInsertsBelowTheBoundAndStoresBehindIt) {
+    TriangleArr list = listOf({{1, 2, 3}, {4, 5, 6}, {7, 8, 9}});
+    int nodes[3] = {0, 0, 1};
+    float normal[3] = {0, 2, 0};
+    EXPECT_EQ(list.ModifyM(0, nodes, normal), 1);
+    EXPECT_EQ(list.ModifyM(-1, nodes, normal), 1);
+    EXPECT_EQ(list.ModifyM(6, nodes, normal), 1);
+    EXPECT_EQ(list.GetBoundM(), 7);
+    EXPECT_EQ(list.GetAvailableNumM(), 5);
+    EXPECT_EQ(list.GetItemPM(1)->GetNodeIdxPM()[0], 1);
+    EXPECT_EQ(list.GetItemPM(0)->GetNormPM()[1], 2.0F);
+    char type = 0;
+    list.GetItemPM(6)->GetNormTypeM(&type);
+    EXPECT_EQ(type, 1);
+    list.ResetNormalTypeM();
+    list.GetItemPM(6)->GetNormTypeM(&type);
+    EXPECT_EQ(type, 0);
+}
+
+struct StepCase {
+    std::vector<Nodes> triangles;
+    int previous, current;
+    int result, next, slot;
+};
+
+const StepCase stepCases[] = {
+    {{{1, 2, 3}}, 1, 2, 1, 3, 0},                       // onward along a lone triangle
+    {{{1, 2, 3}}, 99, 2, 1, 1, 0},                      // no previous node: the lower position
+    {{{1, 2, 3}}, 99, 7, 0, -5, -5},                    // a node that no triangle holds
+    {{{1, 2, 3}, {1, 3, 2}}, 99, 2, 2, -5, 1},          // closed: no step, the last count
+    {{{1, 2, 3}, {1, 3, 2}}, 1, 2, 1, 1, 1},            // closed: turns back
+    {{{1, 2, 3}, {1, 4, 2}}, 3, 2, 1, 4, 1},            // past the inner edge to 1
+    {{{1, 2, 3}, {2, 4, 5}, {2, 6, 7}}, 3, 2, 1, 1, 0}, // fans that meet in 2: the lowest slot
+};
+
+TEST(TriangleArr, BoundaryStepTakesTheLowestSlotThenTheLowestPosition) {
+    for (const StepCase &step : stepCases) {
+        const TriangleArr list = listOf(step.triangles);
+        int pair[2] = {step.current, -5};
+        int slot = -5;
+        EXPECT_EQ(list.GetOneBoundWithStIdxM(step.previous, pair, &slot), step.result);
+        EXPECT_EQ(pair[1], step.next);
+        EXPECT_EQ(slot, step.slot);
+    }
+}
+
+TEST(TriangleArr, WalkRoundAFanVisitsEachRimNodeOnce) {
+    constexpr int rim = 9;
+    TriangleArr fan;
+    for (int i = 0; i < rim; ++i) {
+        const int nodes[3] = {100, i, (i + 1) % rim};
+        fan.AddTriangleM(nodes, up);
+    }
+    int previous = -1;
+    int pair[2] = {0, 0};
+    int steps = 0;
+    int slot;
+    do {
+        ASSERT_EQ(fan.GetOneBoundWithStIdxM(previous, pair, &slot), 1);
+        previous = pair[0];
+        pair[0] = pair[1];
+        ++steps;
+    } while (pair[0] != 0 && steps < 100);
+    EXPECT_EQ(steps, rim);
+}
+
+TEST(TriangleArr, EdgeMostNearlyAtARightAngleIsChosen) {
+    NodeArr nodes;
+    const float points[5][3] = {{0, 0, 0}, {1, 0.5F, 0}, {0, 1, 0}, {-1, 0.1F, 0}, {-1, -0.1F, 0}};
+    for (const auto &point : points) {
+        float copy[3] = {point[0], point[1], point[2]};
+        NodeCL node(31);
+        node.SetPntM(copy);
+        nodes.AddItemM(node);
+    }
+    const TriangleArr list = listOf({{1, 2, 0}, {2, 3, 0}, {0, 4, 1}, {0, 1, 50}});
+    const float y[3] = {0, 1, 0};
+    int position = -5;
+    list.FindTriangleByVectM(y, nodes, Int2DArr(), &position);
+    EXPECT_EQ(position, -5);
+    Int2DArr found;
+    list.FindTriangleM(0, &found);
+    const int foreign[3][2] = {{77, 0}, {0, 3}, {-1, -1}};
+    for (const auto &entry : foreign) {
+        found.AddItemM(entry);
+    }
+    list.FindTriangleByVectM(y, nodes, found, &position);
+    EXPECT_EQ(position, 1); // by its second edge; slot 2 has the same angle and comes later
+}
+
+TEST(TriangleArr, MajorityOfNormals) {
+    const auto major = [](const std::vector<float> &normals) {
+        TriangleArr list;
+        for (const float z : normals) {
+            const int nodes[3] = {0, 1, 2};
+            const float normal[3] = {0, 0, z};
+            list.AddTriangleM(nodes, normal);
+        }
+        float normal[3];
+        list.GetMajorNormM(normal);
+        return normal[2];
+    };
+    EXPECT_EQ(major({1, -2, -3, -4}), -2.0F);
+    EXPECT_EQ(major({1, 2, -3, -4}), 1.0F);
+    EXPECT_EQ(major({1, 0, -3, -4}), 1.0F); // at a right angle counts as agreeing
+    EXPECT_EQ(major({1, -1}), 1.0F);
+    EXPECT_EQ(major({}), 0.0F);
+}
+
+NodeArr numberedNodes(int count) {
+    NodeArr nodes;
+    for (int i = 0; i < count; ++i) {
+        float point[3] = {static_cast<float>(i), 0, 0};
+        NodeCL node(31);
+        node.SetPntM(point);
+        nodes.AddItemM(node);
+    }
+    return nodes;
+}
+
+IntArr indexList(int first, int count) {
+    IntArr indexes;
+    for (int i = 0; i < count; ++i) {
+        indexes.AddItemM(first + i);
+    }
+    return indexes;
+}
+
+TEST(NodeArr, MergedNodesLeaveTheirNumberToTheTarget) {
+    NodeArr nodes = numberedNodes(20);
+    IntArr indexes = indexList(10, 7);
+    TriangleArr triangles = listOf({{12, 1, 2}, {1, 13, 14}, {14, 15, 2}, {1, 2, 3}, {9, 16, 13}});
+    nodes.MergeNodesM(&indexes, 2, 5, &triangles);
+    for (int position = 0; position < 7; ++position) {
+        const bool merged = position >= 2 && position < 5;
+        EXPECT_EQ(*indexes.GetItemPM(position), merged ? SL_DELETED_INT : 10 + position);
+        EXPECT_EQ(nodes.GetItemPM(10 + position)->IsAvailableM(),
+                  merged ? TAG_DELETED : TAG_AVAILABLE);
+    }
+    EXPECT_EQ(nodes.GetAvailableNumM(), 17);
+    const std::vector<Slot> expected = {
+        {{15, 1, 2}, 31}, {{1, 15, 15}, 32}, {{15, 15, 2}, 32}, {{1, 2, 3}, 31}, {{9, 16, 15}, 31}};
+    EXPECT_EQ(slotsOf(triangles), expected);
+    const int ranges[][2] = {{5, 5}, {6, 5}, {0, 7}, {-1, 2}};
+    for (const auto &range : ranges) {
+        nodes.MergeNodesM(&indexes, range[0], range[1], &triangles);
+        EXPECT_EQ(nodes.GetAvailableNumM(), 17);
+    }
+}
+
+TEST(NodeArr, ClosingGapsRenumbersListAndTriangles) {
+    test::Random random(11);
+    for (int round = 0; round < 100; ++round) {
+        const int count = random.integer(0, 12);
+        NodeArr nodes = numberedNodes(count);
+        IntArr indexes = indexList(0, count);
+        TriangleArr triangles;
+        Model model;
+        for (int i = 0; i < 8; ++i) {
+            const Nodes three{random.integer(0, 12), random.integer(0, 12), random.integer(0, 12)};
+            triangles.AddTriangleM(three.data(), up);
+            model.add(three);
+        }
+        for (int i = 0; i < count; ++i) {
+            if (random.oneIn(3)) {
+                nodes.DelItemM(i);
+            }
+            if (random.oneIn(5)) {
+                indexes.DelItemM(i);
+            }
+        }
+        std::vector<int> kept;
+        std::vector<int> expectedIndexes;
+        for (int i = 0; i < nodes.GetBoundM(); ++i) {
+            if (nodes.GetItemPM(i)->IsAvailableM() == TAG_AVAILABLE) {
+                kept.push_back(i);
+            }
+        }
+        int value;
+        int idx;
+        for (int r = indexes.GetFirstM(&value, &idx); r != -1;
+             r = indexes.GetNextM(&value, &idx, idx)) {
+            expectedIndexes.push_back(value);
+        }
+        for (int target = 0; target < static_cast<int>(kept.size()); ++target) {
+            if (kept[target] != target) {
+                model.change(kept[target], target);
+                const auto found =
+                    std::find(expectedIndexes.begin(), expectedIndexes.end(), kept[target]);
+                if (found != expectedIndexes.end()) {
+                    *found = target;
+                }
+            }
+        }
+        nodes.PurgeDeletedNodes(&indexes, &triangles);
+        ASSERT_EQ(nodes.GetBoundM(), static_cast<int>(kept.size()));
+        ASSERT_EQ(nodes.GetAvailableNumM(), nodes.GetBoundM());
+        for (int i = 0; i < nodes.GetBoundM(); ++i) {
+            ASSERT_EQ(nodes.GetItemPM(i)->GetPntPM()[0], static_cast<float>(kept[i]));
+        }
+        ASSERT_EQ(indexes.GetBoundM(), static_cast<int>(expectedIndexes.size()));
+        for (int i = 0; i < indexes.GetBoundM(); ++i) {
+            ASSERT_EQ(*indexes.GetItemPM(i), expectedIndexes[i]);
+        }
+        ASSERT_EQ(slotsOf(triangles), model.slots);
+        ASSERT_EQ(triangles.GetAvailableNumM(), model.available);
+    }
+}
+
+} // namespace
