@@ -107,7 +107,7 @@ void Facet<corners>::FmInputOzkFileM(TqIOCL *stream) {
     TqBaseCL::FmInputOzkFileM(stream);
     if constexpr (corners == 4) {
         stream->InputDM(nodeIdx, nodeIdx + 1, nodeIdx + 2, nodeIdx + 3);
-    } else if (stream->GetIoTypeM() == ioTypeBinary) {
+    } else if (stream->GetIoTypeM() == binaryStream) {
         stream->InputInt3DM(nodeIdx);
     } else {
         stream->InputDM(nodeIdx, nodeIdx + 1, nodeIdx + 2);
@@ -121,7 +121,7 @@ void Facet<corners>::FmOutputOzkFileM(TqIOCL *stream) const {
     TqBaseCL::FmOutputOzkFileM(stream);
     if constexpr (corners == 4) {
         stream->OutputDM(nodeIdx, nodeIdx + 1, nodeIdx + 2, nodeIdx + 3);
-    } else if (stream->GetIoTypeM() == ioTypeBinary) {
+    } else if (stream->GetIoTypeM() == binaryStream) {
         stream->OutputInt3DM(nodeIdx);
     } else {
         stream->OutputDM(nodeIdx, nodeIdx + 1, nodeIdx + 2);

@@ -199,7 +199,7 @@ void ItemArr<T>::releaseBlock() {
 
 template <class T>
 void ItemArr<T>::FmOutputOzkLstM(TqIOCL *stream, const char *name) const {
-    if (stream->GetIoTypeM() == trunnion::detail::ioTypeBinary) {
+    if (stream->GetIoTypeM() == trunnion::detail::binaryStream) {
         stream->OutputDM(&bound);
         std::for_each_n(items(), bound, [&](const T &item) { item.FmOutputOzkFileM(stream); });
         return;
@@ -215,7 +215,7 @@ void ItemArr<T>::FmOutputOzkLstM(TqIOCL *stream, const char *name) const {
 
 template <class T>
 int ItemArr<T>::FmInputOzkLstM(TqIOCL *stream) {
-    const bool isText = stream->GetIoTypeM() != trunnion::detail::ioTypeBinary;
+    const bool isText = stream->GetIoTypeM() != trunnion::detail::binaryStream;
     // A text record takes at least the line of its slot number and the line of its tag, of which
     // the last may lack its end.
     constexpr int textRecordBytes = 3;

@@ -12,8 +12,6 @@
 
 namespace trunnion::detail {
 
-inline constexpr int binaryStream = 1;
-
 // One slot as a line of text.
 template <class Slots>
 struct TextSlot;

@@ -11,7 +11,7 @@ inline constexpr int writeFailed = 108;
 inline constexpr int openFailed = 109;
 
 // What GetIoTypeM answers for a binary stream; any other answer is a text stream.
-inline constexpr int ioTypeBinary = 1;
+inline constexpr int binaryStream = 1;
 
 struct StreamAccess {
     // Upper bound of the bytes of values that can still be read; INT64_MAX when that cannot be
