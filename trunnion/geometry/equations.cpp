@@ -56,15 +56,15 @@ int slSolveEquationQuad(double a, double b, double c, double *x1, double *x2) {
     const double scale = scaleAgainstOverflow({a, b, c});
     const double as = a * scale;
     const double bs = b * scale;
-    const double scaled = bs * bs - 4.0 * as * (c * scale);
-    const double discriminant = scaled / (scale * scale);
-    if (discriminant < -SL_TINY) {
+    const double discriminant = bs * bs - 4.0 * as * (c * scale);
+    const double tiny = SL_TINY * scale * scale;
+    if (discriminant < -tiny) {
         return setBoth(SL_BIG_D, 0, x1, x2);
     }
-    if (!(discriminant > SL_TINY)) {
+    if (!(discriminant > tiny)) {
         return setBoth(-(b / (2.0 * a)), 1, x1, x2);
     }
-    const double r = std::sqrt(scaled);
+    const double r = std::sqrt(discriminant);
     const bool opensUpward = a > SL_TINY;
     *(opensUpward ? x1 : x2) = clampFinite((-bs - r) / (2.0 * as));
     *(opensUpward ? x2 : x1) = clampFinite((r - bs) / (2.0 * as));
