@@ -84,7 +84,7 @@ int SlotArray<Slots>::InsertItemM(Argument value, int idx) {
         return SetItemM(value, idx);
     }
     Value kept[width]; // the argument may point into the slots that are about to move
-    store(kept, value);
+    writeSlot(kept, value);
     if (bound == capacity) {
         SetItemM(value, bound);
     } else {

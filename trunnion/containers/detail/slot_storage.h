@@ -79,7 +79,7 @@ public:
         Value *slot = data() + static_cast<std::ptrdiff_t>(idx) * width;
         available += countsAsNew(*slot) ? 1 : 0;
         bound = std::max(bound, idx + 1);
-        store(slot, value);
+        writeSlot(slot, value);
         return 1;
     }
     // Appends behind the last slot, never into a hole; returns the slot.
@@ -205,7 +205,7 @@ private:
             return true;
         }
     }
-    static void store(Value *slot, Argument value) {
+    static void writeSlot(Value *slot, Argument value) {
         if constexpr (width == 1) {
             *slot = value;
         } else {
