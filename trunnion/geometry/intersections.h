@@ -114,14 +114,14 @@ TRUNNION_API float slGetCentralAngle(const float *v);
 // The plane segment p0 to p1 against a circle. A crossing is a plane point pt, its parameter t (0
 // at p0, 1 at p1) and its slGetCircleAng ang. Result 0 if the infinite line misses the circle,
 // otherwise 1; *count is the number of crossings in both cases:
-//   0  both ends inside, or both outside with the nearest point of the line to the center beyond
-//      the segment: nothing else is written
+//   0  both ends inside, or both outside with the foot of the center beyond the segment, or p0 and
+//      p1 are equal: nothing else is written
 //   1  one end inside: pt1, t1, ang1
-//   2  both ends outside: the crossing nearer to p1 in pt1, t1, ang1, that nearer to p0 in pt2, t2,
-//      ang2
-// An end on the circle counts as inside; only if the foot of the center lies beyond the segment, an
-// end on the circle can also stand for the end outside. p0 and p1 must differ by more than 0.0001;
-// slGetLineFoot takes a segment shorter than about 0.00707 as a point at p0.
+//   2  both ends outside, the foot between them: the crossing nearer to p1 in pt1, t1, ang1, that
+//      nearer to p0 in pt2, t2, ang2
+// An end on the circle counts as inside; but if the foot lies beyond the segment, the farther end
+// on the circle counts as outside. slGetLineFoot takes a segment shorter than about 0.00707 as a
+// point at p0 with the parameter 1: crossings of so short a segment are not to be relied on.
 TRUNNION_API int slLineIntCircle(const float *p0, const float *p1, const float *center, float r,
                                  float *pt1, float *t1, float *ang1, float *pt2, float *t2,
                                  float *ang2, int *count);
@@ -176,7 +176,8 @@ TRUNNION_API int slGetTangentCircle(const float *o, const float *p1, const float
 
 // The circle through three points in space: center, unit normal and radius. Result 1, or 0 with
 // nothing written if the points lie on one line by slGenXYCoordSys, or so close together that
-// slCircumcenter has no answer.
+// slCircumcenter has no answer. Where twice the area of the triangle is not above SL_ZERO, the
+// frame of slGenXYCoordSys and with it the normal can be wrong.
 TRUNNION_API int slGenCircle(const float *p0, const float *p1, const float *p2, float *center,
                              float *normal, float *radius);
 
