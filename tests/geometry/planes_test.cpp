@@ -69,26 +69,27 @@ TEST(PlaneEquation, HoldsForItsPoints) {
 }
 
 TEST(FourPoints, UseTheFirstThreeThatSpanAPlane) {
-    const Triple x = {1, 0, 0};
-    const Triple y = {0, 1, 0};
+    const Triple a = {0, 0, 8};
+    const Triple x = {1, 0, 8};
+    const Triple y = {0, 1, 8};
     const struct {
         const char *name;
         Triple b, c, d;
         int result;
         Triple n;
     } cases[] = {
-        {"in the plane", x, y, {7, 7, 0}, 1, {0, 0, 1}},
-        {"off the plane", x, y, {0, 0, 1}, 0, {0, 0, 1}},
-        {"fourth is the first", x, y, O, 1, {0, 0, 1}},
-        {"fourth is nearly the first", x, y, {0, 0, SL_ZERO}, 1, {0, 0, 1}},
-        {"slope just below", x, y, {100, 0, 0.00999F}, 1, {0, 0, 1}},
-        {"slope just above", x, y, {100, 0, -0.01001F}, 0, {0, 0, 1}},
-        {"first three on a line", x, {2, 0, 0}, {0, 0, 3}, 1, {0, -1, 0}},
-        {"all on a line", x, {2, 0, 0}, {3, 0, 0}, 0, {0, 0, 0}},
+        {"in the plane", x, y, {7, 7, 8}, 1, {0, 0, 1}},
+        {"off the plane", x, y, {0, 0, 9}, 0, {0, 0, 1}},
+        {"fourth is the first", x, y, a, 1, {0, 0, 1}},
+        {"fourth is nearly the first", x, y, {0, 0, 8.00009F}, 1, {0, 0, 1}},
+        {"slope just below", x, y, {100, 0, 8.00999F}, 1, {0, 0, 1}},
+        {"slope just above", x, y, {100, 0, 7.98999F}, 0, {0, 0, 1}},
+        {"first three on a line", x, {2, 0, 8}, {0, 0, 11}, 1, {0, -1, 0}},
+        {"all on a line", x, {2, 0, 8}, {3, 0, 8}, 0, {0, 0, 0}},
     };
     for (const auto &c : cases) {
         Triple n = UNTOUCHED;
-        EXPECT_EQ(slGetPlaneFourPnt(O.data(), c.b.data(), c.c.data(), c.d.data(), n.data()),
+        EXPECT_EQ(slGetPlaneFourPnt(a.data(), c.b.data(), c.c.data(), c.d.data(), n.data()),
                   c.result)
             << c.name;
         EXPECT_EQ(n, c.n) << c.name;

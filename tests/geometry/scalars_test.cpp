@@ -93,8 +93,10 @@ TEST(GuardedScalars, SineAndCosineSnapToTheUnits) {
 
 TEST(SmallScalars, FollowTheirTables) {
     using Function = float (*)(float);
+    const float ulp = std::numeric_limits<float>::epsilon();
     const Function sign = [](float x) { return static_cast<float>(slSign(x)); };
     const Function mod2 = [](float x) { return slMod(x, 2.0F); };
+    const Function mod1 = [](float x) { return slMod(x, 1.0F); };
     const Function mod4 = [](float x) { return slMod(x, 4.0F); };
     const struct {
         const char *name;
@@ -112,6 +114,8 @@ TEST(SmallScalars, FollowTheirTables) {
         {"multiple", mod2, 4.0F, 2.0F},
         {"remainder", mod2, 5.0F, 1.0F},
         {"negative", mod4, -1.0F, 3.0F},
+        {"fraction just below SL_ZERO", mod1, 1.0F + 838 * ulp, 1.0F + 838 * ulp},
+        {"fraction just above SL_ZERO", mod1, 1.0F + 839 * ulp, 839 * ulp},
         {"zero", mod4, 0.0F, 0.0F},
         {"within tolerance of zero", mod4, -4.0F * SL_ZERO, -4.0F * SL_ZERO},
         {"quotient beyond int", mod2, 1e20F, 2.0F},
@@ -154,6 +158,7 @@ TEST(SmallScalars, ChooseAndClamp) {
         EXPECT_EQ(v, kept);
     }
     EXPECT_EQ(slGetRatio(2.0, 4.0, 5.0), 1.5);
+    EXPECT_EQ(slGetRatio(3.0, 3.00009, 5.0), 1.0);
     EXPECT_EQ(slGetRatio(0.0, SL_ZERO_D, 5.0), 1.0);
     EXPECT_EQ(slGetRatio(0.0, -above(SL_ZERO_D), 0.0), 0.0);
     EXPECT_TRUE(std::isfinite(slGetRatio(0.0, 1e-3, HUGE_D)));

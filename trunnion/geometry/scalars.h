@@ -146,7 +146,7 @@ TRUNNION_API int slSign(float x);
 TRUNNION_API int slRound(float x);
 
 // Cuts x to two decimals toward 0. x is lifted by a hundredth of SL_ZERO away from 0 first, so that
-// 1.2299999 counts as 1.23.
+// 1.2299999 counts as 1.23. Values beyond the range of int are kept, up to the rounding of 0.01.
 TRUNNION_API float slKeepTwoDecimal(float x);
 
 // Positive remainder of a/b, told by the fraction f of a/b: f times b, and (1 + f) times b where f
