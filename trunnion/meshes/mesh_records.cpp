@@ -55,12 +55,20 @@ void NodeCL::GetNodeM(float *const point, float *const normal) {
 }
 
 void NodeCL::SetPntM(float *const point) {
+    setPoint(point);
+}
+
+void NodeCL::setPoint(const float *point) {
     std::copy_n(point, 3, pnt);
+}
+
+void NodeCL::setNormal(const float *normal) {
+    std::copy_n(normal, 3, norm);
 }
 
 void NodeCL::SetNormM(float *const normal) {
     slNormalize(normal);
-    std::copy_n(normal, 3, norm);
+    setNormal(normal);
 }
 
 void NodeCL::SetNodeM(float *const point, float *const normal) {

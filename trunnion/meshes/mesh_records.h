@@ -48,6 +48,9 @@ public:
     const float *GetNormalPM() const { return norm; }
 
     void SetPntM(float *const point);
+    // Copy in as they are.
+    void setPoint(const float *point);
+    void setNormal(const float *normal);
     // Normalises the caller's vector in place, then copies it in. A vector without direction
     // becomes (1, 0, 0).
     void SetNormM(float *const normal);

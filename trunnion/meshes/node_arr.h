@@ -8,6 +8,7 @@
 #include "trunnion/containers/item_array.h"
 #include "trunnion/meshes/mesh_records.h"
 
+class QuadArr;
 class TriangleArr;
 
 extern template class ItemArr<NodeCL>;
@@ -108,7 +109,61 @@ public:
     // `indexes` (its first entry of each) and in `triangles`.
     void PurgeDeletedNodes(IntArr *indexes, TriangleArr *triangles);
 
+    // Normals. A grid is a list of `rows` rows of `columns` nodes each, row by row.
+
+    // Normal of the grid node at `row`, `column`: along the row cross down the column, by the
+    // differences to the next nodes, backward in the last column and row. Where the neighbours
+    // coincide (the sum of the magnitudes below 0.001), as at a pole, the diagonal takes their
+    // place, or the normal of the node before in the row or column is taken over as it is at that
+    // moment. Tags are not looked at. A grid that the list cannot hold, and a node outside it,
+    // change nothing.
+    int ReGenNormalVectM(int row, int column, int rows, int columns);
+    // The normal of the facet's first corner, from its own points, into all its nodes; (1, 0, 0)
+    // where the corner spans no plane. A node outside the list changes nothing. The facet's own
+    // normal stays.
+    int ReGenNormalVectM(const TriangleCL &triangle);
+    int ReGenNormalVectM(const QuadCL &quad);
+    // Every node that a triangle holds takes the normalised sum of the facet normals of all
+    // triangles, live or not, that hold it, added in the order of their slots; the others keep
+    // theirs. Quads are not consulted. One pass over the triangles and one over the nodes.
+    int CalculateNormByFaceviewLst(const TriangleArr &triangles, const QuadArr &quads);
+    // Turns the normals of the live nodes round.
+    int NegativeNormalVectM();
+    // Copies a normal into a node as it is. A slot that does not exist changes nothing.
+    void SetNodeNormM(int idx, float *const normal);
+
+    // Generators.
+
+    // Appends the point x, y, z if x lies between -1e-8 and limits[0] and y between -1e-8 and
+    // limits[1], all bounds excluded. While there is room, only the point of the slot at the bound
+    // is written and the slot counted: its tag and normal are the caller's to prepare. In a full
+    // list `scratch` takes the point, with 0.0001 for a z that is not above 0, and is appended. The
+    // last three numbers are not read.
+    void AddPntAndNormM(NodeCL &scratch, float *const limits, float x, float y, float z, float,
+                        float, float);
+    // Makes the list `n` live nodes from p to q at equal distances, with the normals that their
+    // slots held. Returns 1; 0, and nothing changed, for n below 2.
+    int GenIsometryNodesBtTowPntsM(int n, const float *const p, const float *const q);
+    // Sweeps the list, one row, about the axis through `p` with the unit direction `axis`, n steps
+    // to a full turn, angles in radians from a0 to a1. Part of a turn: the list is turned by a0 and
+    // a row of its live nodes appended for each step, as many as come nearest to the span. A span
+    // within 0.0001 of a full turn or beyond: n rows from where the list stands, and the start row
+    // once more. Returns the number of steps and one: the rows of the list, but for the closing row
+    // of a full turn. 0, and nothing changed, for n below 1; a negative span gives no steps.
+    int ExtendByRotateToCircleM(int n, const float *const p, const float *const axis, float a0,
+                                float a1);
+
 private:
+    void setNormal(int idx, const float *normal);
+    void appendLive(const NodeArr &row);
+    int setCornerNormal(const int *corners, int count);
     int nearestCorner(float *distance, int *idx, const int *corners, int count,
                       const float *point) const;
 };
+
+// Makes two profiles in the x-z plane, which run with falling z, comparable: afterwards *oa and *ob
+// have the same number of nodes, and nodes in one slot the same z. Coincident neighbours are left
+// out; both begin at the greater of the two first z; where one profile has a station and the other
+// none, the other is interpolated, with a zero normal. The rest of the longer one is dropped.
+// Returns 1; both outputs are empty if a profile is. The outputs must be different lists.
+TRUNNION_API int UnitNodeLstM(const NodeArr &a, const NodeArr &b, NodeArr *oa, NodeArr *ob);
