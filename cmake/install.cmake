@@ -34,11 +34,11 @@ write_basic_package_version_file(trunnion-config-version.cmake COMPATIBILITY Sam
 install(FILES ${PROJECT_BINARY_DIR}/trunnion-config.cmake ${PROJECT_BINARY_DIR}/trunnion-config-version.cmake
         DESTINATION ${TRUNNION_PACKAGE_DIR})
 
-# The options that decide results, as the target has them.
-get_target_property(TRUNNION_PC_OPTIONS trunnion INTERFACE_COMPILE_OPTIONS)
-list(JOIN TRUNNION_PC_OPTIONS " " TRUNNION_PC_OPTIONS)
+# The options that decide results, as the target has them for this compiler.
+set(TRUNNION_PC_OPTIONS "$<JOIN:$<TARGET_PROPERTY:trunnion,INTERFACE_COMPILE_OPTIONS>, >")
 # Paths in the file are relative to the file, so that an installed tree can be moved.
 file(RELATIVE_PATH TRUNNION_PC_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" TRUNNION_PC_PREFIX "${TRUNNION_PC_PREFIX}")
-configure_file(cmake/trunnion.pc.in trunnion.pc @ONLY)
+configure_file(cmake/trunnion.pc.in trunnion.pc.generate @ONLY)
+file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/trunnion.pc INPUT ${PROJECT_BINARY_DIR}/trunnion.pc.generate)
 install(FILES ${PROJECT_BINARY_DIR}/trunnion.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
