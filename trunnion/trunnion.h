@@ -26,6 +26,7 @@
 #include "trunnion/persistence/file_versions.h"
 #include "trunnion/persistence/line_io.h"
 #include "trunnion/persistence/list_tags.h"
+#include "trunnion/persistence/lzw.h"
 #include "trunnion/persistence/stream.h"
 #include "trunnion/platform/framework.h"
 #include "trunnion/platform/point.h"
