@@ -10,10 +10,14 @@
 #include "trunnion/geometry/detail/vec.h"
 #include "trunnion/geometry/matrices.h"
 #include "trunnion/geometry/scalars.h"
+#include "trunnion/meshes/detail/node_index.h"
 #include "trunnion/meshes/triangle_arr.h"
 
 using trunnion::detail::dot;
+using trunnion::detail::enterNode;
 using trunnion::detail::load3;
+using trunnion::detail::lowestSamePoint;
+using trunnion::detail::MergeIndex;
 using trunnion::detail::store;
 using trunnion::detail::toFloat;
 using trunnion::detail::Vec3;
@@ -21,10 +25,6 @@ using trunnion::detail::Vec3;
 template class ItemArr<NodeCL>;
 
 namespace {
-
-bool samePoint(const NodeCL &a, const NodeCL &b) {
-    return slIsEqualPoint3D(a.GetPntPM(), b.GetPntPM()) != 0;
-}
 
 bool isZeroVector(const float *vector) {
     constexpr float zero[3] = {};
@@ -68,15 +68,28 @@ NodeArr::~NodeArr() = default;
 // Merging and purging
 
 int NodeArr::MergeNodeLstM(const NodeCL &node, int *idx) {
-    const NodeCL *nodes = items();
-    for (int i = 0; i < bound; ++i) {
-        if (isLive(nodes[i]) && samePoint(nodes[i], node)) {
-            *idx = i;
-            return 1;
+    const bool indexed = index.prepare({changeCount, writerMayLive, bound}, [this](MergeIndex &built, int slot) {
+        enterNode(built, items()[slot], slot);
+    });
+    *idx = indexed ? lowestSamePoint(index.slots(), items(), node) : firstSamePoint(node);
+    if (*idx < 0) {
+        *idx = AddItemM(node);
+        if (indexed) {
+            enterNode(index, items()[*idx], *idx);
         }
     }
-    *idx = AddItemM(node);
+    index.finish(indexed, changeCount);
     return 1;
+}
+
+int NodeArr::firstSamePoint(const NodeCL &node) const {
+    const NodeCL *nodes = items();
+    for (int i = 0; i < bound; ++i) {
+        if (isLive(nodes[i]) && slIsEqualPoint3D(nodes[i].GetPntPM(), node.GetPntPM()) != 0) {
+            return i;
+        }
+    }
+    return -1;
 }
 
 void NodeArr::PurgeMultiSamePntsToOneM(int mode) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "trunnion/containers/item_array.h"
+#include "trunnion/meshes/detail/merge_index.h"
 #include "trunnion/meshes/mesh_records.h"
 
 class QuadArr;
@@ -157,8 +158,11 @@ private:
     void setNormal(int idx, const float *normal);
     void appendLive(const NodeArr &row);
     int setCornerNormal(const int *corners, int count);
+    int firstSamePoint(const NodeCL &node) const;
     int nearestCorner(float *distance, int *idx, const int *corners, int count,
                       const float *point) const;
+
+    trunnion::detail::MergeIndex index;
 };
 
 // Makes two profiles in the x-z plane, which run with falling z, comparable: afterwards *oa and *ob

@@ -8,11 +8,15 @@
 #include "trunnion/containers/slot_array.h"
 #include "trunnion/geometry/detail/vec.h"
 #include "trunnion/geometry/scalars.h"
+#include "trunnion/meshes/detail/facet_index.h"
 #include "trunnion/meshes/detail/facet_lists.h"
 #include "trunnion/meshes/node_arr.h"
 
+using trunnion::detail::anyWithin;
 using trunnion::detail::dot;
+using trunnion::detail::enterTriangle;
 using trunnion::detail::load3;
+using trunnion::detail::MergeIndex;
 
 template class ItemArr<TriangleCL>;
 
@@ -36,11 +40,25 @@ TriangleArr::~TriangleArr() = default;
 
 // By value, as callers are used to. NOLINTNEXTLINE(performance-unnecessary-value-param)
 int TriangleArr::MergeTriangleLstM(TriangleCL triangle) {
-    if (triangle.isDegenerate() || FindTriangleM(triangle.GetNodeIdxPM()) >= 0) {
+    if (triangle.isDegenerate()) {
         return 0;
     }
-    AddItemM(triangle);
-    return 1;
+    const int *nodes = triangle.GetNodeIdxPM();
+    const bool indexed = index.prepare({changeCount, writerMayLive, bound}, [this](MergeIndex &built, int slot) {
+        enterTriangle(built, items()[slot], slot);
+    });
+    const bool isDuplicate =
+        indexed ? anyWithin(index.slots(), nodes,
+                            [&](int slot) { return liesWithin(items()[slot], nodes); })
+                : FindTriangleM(nodes) >= 0;
+    if (!isDuplicate) {
+        const int slot = AddItemM(triangle);
+        if (indexed) {
+            enterTriangle(index, triangle, slot);
+        }
+    }
+    index.finish(indexed, changeCount);
+    return isDuplicate ? 0 : 1;
 }
 
 void TriangleArr::AddTriangleM(const int *const nodes, const float *const normal) {

@@ -11,6 +11,7 @@
 #pragma once
 
 #include "trunnion/containers/item_array.h"
+#include "trunnion/meshes/detail/merge_index.h"
 #include "trunnion/meshes/mesh_records.h"
 
 class Int2DArr;
@@ -90,4 +91,7 @@ public:
     // that name no triangle, or nodes outside `nodes`, are passed over.
     void FindTriangleByVectM(const float *const vector, const NodeArr &nodes, const Int2DArr &found,
                              int *position) const;
+
+private:
+    trunnion::detail::MergeIndex index;
 };

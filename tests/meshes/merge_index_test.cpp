@@ -1,0 +1,192 @@
+// Merging finds through an index what the plain scan finds, whatever happens to the list between
+// merges and when memory is short.
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <new>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/random.h"
+#include "trunnion/geometry/scalars.h"
+#include "trunnion/meshes/node_arr.h"
+#include "trunnion/meshes/triangle_arr.h"
+
+namespace {
+
+bool memoryIsShort = false; // every operator new fails
+
+} // namespace
+
+void *operator new(std::size_t size) {
+    void *block = memoryIsShort ? nullptr : std::malloc(size);
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    return block;
+}
+void operator delete(void *block) noexcept {
+    std::free(block);
+}
+void operator delete(void *block, std::size_t /*size*/) noexcept {
+    std::free(block);
+}
+
+namespace {
+
+int scanForNode(const NodeArr &list, const NodeCL &node) {
+    for (int i = 0; i < list.GetBoundM(); ++i) {
+        const NodeCL &held = *list.GetItemPM(i);
+        if (held.IsAvailableM() == TAG_AVAILABLE && held.CompareM(node) == 1) {
+            return i;
+        }
+    }
+    return list.GetBoundM();
+}
+
+bool scanForTriangle(const TriangleArr &list, const int *nodes) {
+    return list.FindTriangleM(nodes) >= 0;
+}
+
+// Points crowd about the corners of the index's cells, where the tolerance decides, near the origin
+// and far away; some are no points at all.
+NodeCL nodeNearCorner(test::Random &random) {
+    float point[3];
+    const float far = random.oneIn(8) ? 3e37F : 0.0F;
+    for (float &coordinate : point) {
+        const int corner = random.integer(-1, 1);
+        const float offset = SL_ZERO * 0.25F * static_cast<float>(random.integer(-4, 4));
+        coordinate = far + 64.0F * SL_ZERO * static_cast<float>(corner) + offset;
+    }
+    if (random.oneIn(50)) {
+        point[random.integer(0, 2)] = random.oneIn(2) ? std::numeric_limits<float>::infinity()
+                                                      : std::numeric_limits<float>::quiet_NaN();
+    }
+    NodeCL node(random.oneIn(20) ? TAG_UNUSED : TAG_AVAILABLE);
+    node.SetPntM(point);
+    return node;
+}
+
+TEST(MergeIndex, FindsTheNodeThatTheScanFinds) {
+    test::Random random(3);
+    for (int round = 0; round < 20; ++round) {
+        NodeArr list;
+        for (int step = 0; step < 500; ++step) {
+            const int idx = random.integer(0, list.GetBoundM());
+            switch (random.integer(0, 40)) {
+            case 0:
+                list.DelItemM(idx);
+                break;
+            case 1:
+                list.InsertItemM(nodeNearCorner(random), idx);
+                break;
+            case 2:
+                list.getCurrentItemPrtM()[0] = nodeNearCorner(random);
+                break;
+            case 3:
+                list = NodeArr(list);
+                break;
+            case 4:
+                list.PurgeMultiSamePntsToOneM(1);
+                break;
+            case 5:
+                memoryIsShort = random.oneIn(2);
+                break;
+            default:
+                break;
+            }
+            const NodeCL node = nodeNearCorner(random);
+            const int expected = scanForNode(list, node);
+            int slot = -1;
+            list.MergeNodeLstM(node, &slot);
+            memoryIsShort = false;
+            ASSERT_EQ(slot, expected) << "round " << round << " step " << step;
+        }
+    }
+}
+
+TEST(MergeIndex, AWritablePointerIsNeverOutrun) {
+    NodeArr list;
+    int slot;
+    for (int i = 0; i < 100; ++i) {
+        float point[3] = {static_cast<float>(i), 0, 0};
+        NodeCL node(31);
+        node.SetPntM(point);
+        list.MergeNodeLstM(node, &slot);
+    }
+    NodeCL *nodes = list.getCurrentItemPrtM();
+    float moved[3] = {5000, 0, 0};
+    NodeCL node(31);
+    node.SetPntM(moved);
+    for (int i = 0; i < 10; ++i) { // merges that only find, while the host goes on writing
+        nodes[90 - i].SetPntM(moved);
+        list.MergeNodeLstM(node, &slot);
+        ASSERT_EQ(slot, 90 - i);
+    }
+}
+
+TEST(MergeIndex, RefusesTheTrianglesThatTheScanRefuses) {
+    test::Random random(4);
+    const float normal[3] = {0, 0, 1};
+    for (int round = 0; round < 40; ++round) {
+        TriangleArr list;
+        for (int step = 0; step < 300; ++step) {
+            int nodes[3];
+            for (int &node : nodes) {
+                node = random.oneIn(30) ? SL_DELETED_INT : random.integer(-2, 9);
+            }
+            switch (random.integer(0, 40)) {
+            case 0:
+                list.DelItemM(random.integer(0, list.GetBoundM()));
+                break;
+            case 1:
+                list.AddTriangleM(nodes, normal); // degenerate ones as well
+                break;
+            case 2:
+                list.ChangeNodeIdxM(nodes[0], nodes[1]);
+                break;
+            case 3:
+                list.PurgeDeletedTrianglesM();
+                break;
+            case 4:
+                memoryIsShort = random.oneIn(2);
+                break;
+            default:
+                break;
+            }
+            TriangleCL triangle(31);
+            triangle.SetTriangleM(nodes);
+            const bool refused = triangle.isDegenerate() || scanForTriangle(list, nodes);
+            const int result = list.MergeTriangleLstM(triangle);
+            memoryIsShort = false;
+            ASSERT_EQ(result, refused ? 0 : 1) << "round " << round << " step " << step;
+        }
+    }
+}
+
+// A scan would take minutes here.
+TEST(MergeIndex, MergesALargeMesh) {
+    constexpr int side = 200;
+    NodeArr nodes;
+    TriangleArr triangles;
+    const auto nodeAt = [&](int x, int y) {
+        float point[3] = {static_cast<float>(x), static_cast<float>(y), 0};
+        NodeCL node(31);
+        node.SetPntM(point);
+        int slot;
+        nodes.MergeNodeLstM(node, &slot);
+        return slot;
+    };
+    for (int x = 0; x < side; ++x) {
+        for (int y = 0; y < side; ++y) {
+            TriangleCL triangle(31);
+            triangle.SetTriangleM(nodeAt(x, y), nodeAt(x + 1, y), nodeAt(x, y + 1));
+            ASSERT_EQ(triangles.MergeTriangleLstM(triangle), 1);
+            ASSERT_EQ(triangles.MergeTriangleLstM(triangle), 0);
+        }
+    }
+    EXPECT_EQ(nodes.GetBoundM(), (side + 1) * (side + 1) - 1);
+}
+
+} // namespace
