@@ -45,7 +45,7 @@ public:
         entries.push_back({hash, slot, -1});
         link(entries.size() - 1);
     }
-    // Calls visit(slot) for every slot of the key and for some others, in no order.
+    // Calls visit(slot) for every slot that was added with the hash, in no order.
     template <class Visit>
     void visit(std::uint64_t hash, Visit visit) const {
         if (heads.empty()) {
@@ -53,7 +53,9 @@ public:
         }
         for (int at = heads[hash & (heads.size() - 1)]; at >= 0;) {
             const Entry &entry = entries[static_cast<std::size_t>(at)];
-            visit(entry.slot);
+            if (entry.hash == hash) {
+                visit(entry.slot);
+            }
             at = entry.next;
         }
     }
