@@ -1,0 +1,371 @@
+// Curves cut, clipped, offset and moved to a new start.
+#include "trunnion/curves/curve_cuts.h"
+
+#include <cfloat>
+#include <cmath>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/curves/curve_support.h"
+#include "trunnion/geometry/scalars.h"
+
+namespace {
+
+using test::above;
+using test::below;
+using test::bytesOf;
+using test::samePoint;
+using test::SENTINEL;
+using test::sentinelCurve;
+
+// A search, with everything that it must leave alone checked.
+struct Found {
+    float rows[3][3];
+    int count = -1;
+
+    Found(TouchCurD &curve, char axis, float station) {
+        std::fill_n(&rows[0][0], 9, SENTINEL);
+        const int result = axis == 'x' ? slFindIntPnt(&curve, station, rows, &count)
+                                       : slFindIntPnt(&curve, station, rows, &count, 0);
+        EXPECT_EQ(result, 1);
+        EXPECT_EQ(rows[2][2], SENTINEL);
+        for (int i = count; i < 2; ++i) {
+            EXPECT_TRUE(rows[i][0] == SENTINEL && rows[2][i] == SENTINEL) << i << " of " << count;
+        }
+    }
+};
+
+TouchCurD makeLine(const Tq5AxisPntCL &first, const Tq5AxisPntCL &second, int type = CUR_LINE) {
+    TouchCurD line = sentinelCurve(type);
+    line.firstPoint = first;
+    line.secondPoint = second;
+    return line;
+}
+
+TouchCurD makeArc(float z, float x, float radius, float firstAngle, float secondAngle) {
+    TouchCurD arc = sentinelCurve(CUR_ARC_ZX);
+    arc.centre = Tq5AxisPntCL(x, 3, z, 0, 0);
+    arc.radius = radius;
+    arc.firstAngle = firstAngle;
+    arc.secondAngle = secondAngle;
+    return arc;
+}
+
+TEST(FindIntPnt, LineGivesItsFirstEndThenItsSecondThenItsCrossing) {
+    // From (0, 1, 0) to (10, 2, 5), and with x and z exchanged for the constant z.
+    const struct {
+        float station;
+        int count;
+        float y, other, parameter;
+    } cases[] = {{4, 1, 1, 2, SENTINEL},
+                 {0.00005F, 1, 1, 0, 0},
+                 {-below(SL_ZERO), 1, 1, 0, 0},
+                 {-SL_ZERO, 0, 0, 0, 0},
+                 {SL_ZERO, 1, 1, SL_ZERO / 2, SENTINEL},
+                 {10, 1, 2, 5, 1},
+                 {10.00005F, 1, 2, 5, 1},
+                 {11, 0, 0, 0, 0}};
+    TouchCurD lines[] = {makeLine({0, 1, 0, 0, 0}, {10, 2, 5, 0, 0}),
+                         makeLine({0, 1, 0, 0, 0}, {5, 2, 10, 0, 0})};
+    for (const auto &c : cases) {
+        for (const int at : {0, 2}) {
+            const Found found(lines[at / 2], at == 0 ? 'x' : 'z', c.station);
+            ASSERT_EQ(found.count, c.count) << c.station;
+            if (c.count == 1) {
+                EXPECT_EQ(found.rows[0][at], c.station);
+                EXPECT_EQ(found.rows[0][1], c.y);
+                EXPECT_FLOAT_EQ(found.rows[0][2 - at], c.other);
+                EXPECT_EQ(found.rows[2][0], c.parameter);
+            }
+        }
+    }
+    TouchCurD inPlane = makeLine({3, 1, 0, 0, 0}, {3, 2, 9, 0, 0});
+    const Found found(inPlane, 'x', 3);
+    EXPECT_EQ(found.count, 1);
+    EXPECT_EQ(found.rows[0][1], 1.0F);
+}
+
+TEST(FindIntPnt, TheDeadBandOfALineIsWiderForAConstantZ) {
+    const struct {
+        float before, behind;
+        int countX, countZ;
+    } cases[] = {{0.0002F, 0.4F, 1, 0},    // product 8e-5
+                 {0.0002F, 0.6F, 1, 1},    // product 1.2e-4
+                 {SL_ZERO, SL_ZERO, 0, 0}, // product below 1e-8, by the bits of SL_ZERO
+                 {SL_ZERO, 0.000101F, 1, 0}};
+    for (const auto &c : cases) {
+        TouchCurD line = makeLine({-c.before, 0, -c.before, 0, 0}, {c.behind, 0, c.behind, 0, 0});
+        EXPECT_EQ(Found(line, 'x', 0).count, c.countX) << c.before << " " << c.behind;
+        EXPECT_EQ(Found(line, 'z', 0).count, c.countZ) << c.before << " " << c.behind;
+    }
+}
+
+TEST(FindIntPnt, FullCircleIsCutTwiceTouchedOnceOrMissed) {
+    const float half = SL_PI;
+    const float turn = SL_TWO_PI;
+    const float sine = std::asin(0.5F);
+    const float cosine = std::acos(0.5F);
+    const struct {
+        char axis;
+        float station;
+        std::vector<float> angles;
+    } cases[] = {{'x', 1, {sine, half - sine}},
+                 {'x', -1, {half + sine, turn - sine}},
+                 {'x', 0, {0, half}},
+                 {'x', 2, {SL_HALF_PI}},
+                 {'x', -2, {3 * SL_HALF_PI}},
+                 {'x', 2.0001F, {SL_HALF_PI}},
+                 {'x', 2.1F, {}},
+                 {'x', -2.1F, {}},
+                 {'z', 1, {cosine, turn - cosine}},
+                 {'z', -1, {half - cosine, half + cosine}},
+                 {'z', 2, {0}},
+                 {'z', -2, {half}},
+                 {'z', 2.1F, {}}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(testing::Message() << c.axis << " " << c.station);
+        TouchCurD circle = makeArc(0, 0, 2, 0, SL_TWO_PI);
+        const Found found(circle, c.axis, c.station);
+        ASSERT_EQ(found.count, static_cast<int>(c.angles.size()));
+        for (int i = 0; i < found.count; ++i) {
+            EXPECT_NEAR(found.rows[2][i], c.angles[i], 1e-6F);
+            EXPECT_NEAR(found.rows[i][0], 2 * std::sin(c.angles[i]), 2e-4F);
+            EXPECT_EQ(found.rows[i][1], 3.0F);
+            EXPECT_NEAR(found.rows[i][2], 2 * std::cos(c.angles[i]), 2e-4F);
+        }
+    }
+}
+
+TEST(FindIntPnt, TouchingIsStrictlyBetweenItsBounds) {
+    const struct {
+        float s; // on a unit circle about the origin
+        int count;
+    } cases[] = {{below(SL_NEAR_ONE), 2},
+                 {SL_NEAR_ONE, 0},
+                 {above(SL_NEAR_ONE), 1},
+                 {below(SL_PAST_ONE), 1},
+                 {SL_PAST_ONE, 0}};
+    for (const auto &c : cases) {
+        for (const float station : {c.s, -c.s}) {
+            TouchCurD circle = makeArc(0, 0, 1, 0, SL_TWO_PI);
+            EXPECT_EQ(Found(circle, 'x', station).count, c.count) << station;
+            EXPECT_EQ(Found(circle, 'z', station).count, c.count) << station;
+        }
+    }
+}
+
+TEST(FindIntPnt, ParametersLieInTheRangeOfTheArc) {
+    // Through the first axis: a candidate below the range is a turn higher.
+    TouchCurD through = makeArc(0, 0, 2, 5.5F, 7.0F);
+    const float z = 2 * std::cos(0.5F);
+    const Found found(through, 'z', z);
+    ASSERT_EQ(found.count, 2);
+    EXPECT_NEAR(found.rows[2][0], 0.5F + SL_TWO_PI, 1e-5F) << "exceeds the one behind it";
+    EXPECT_NEAR(found.rows[2][1], SL_TWO_PI - 0.5F, 1e-5F);
+    EXPECT_NEAR(found.rows[0][0], 2 * std::sin(0.5F), 1e-5F);
+
+    // Angles out of order are ordered in the record, beyond the tolerance.
+    TouchCurD unordered = makeArc(0, 0, 2, 6, 1);
+    EXPECT_EQ(Found(unordered, 'z', z).count, 1);
+    EXPECT_EQ(unordered.secondAngle, 1 + SL_TWO_PI);
+    TouchCurD nearlyEqual = makeArc(0, 0, 2, 1, 0.99995F);
+    EXPECT_EQ(Found(nearlyEqual, 'x', 0).count, 0);
+    EXPECT_EQ(nearlyEqual.secondAngle, 0.99995F);
+
+    // The slack of the range, by the touch at half a turn: first angle, second angle, count.
+    const float ranges[][3] = {{SL_PI + 0.00005F, 4, 1},
+                               {SL_PI + 0.0002F, 4, 0},
+                               {1, SL_PI - 0.00005F, 1},
+                               {1, SL_PI - 0.0002F, 0}};
+    for (const auto &range : ranges) {
+        TouchCurD arc = makeArc(0, 0, 2, range[0], range[1]);
+        EXPECT_EQ(static_cast<float>(Found(arc, 'z', -2).count), range[2]) << range[0];
+    }
+}
+
+// Every candidate of every turn that an arc may reach is found if it lies inside, and lies where
+// its parameter says.
+TEST(FindIntPnt, FindsEveryCrossingOfRandomArcs) {
+    test::Random random(7);
+    const double half = std::acos(-1.0);
+    for (int i = 0; i < 3000; ++i) {
+        const float first = random.real(0, SL_TWO_PI);
+        TouchCurD arc = makeArc(random.real(-9, 9), random.real(-9, 9), random.real(1, 9), first,
+                                first + random.real(0.1F, 6.2F));
+        const bool isX = random.oneIn(2);
+        const float s = random.real(-0.99F, 0.99F);
+        const double base = isX ? std::asin(s) : std::acos(s);
+        const double span = static_cast<double>(arc.secondAngle) - first;
+        int expected = 0;
+        bool isAtAnEnd = false; // within the slack either answer is right
+        for (const double t : {base, isX ? half - base : -base}) {
+            const double onward = std::remainder(t - first - half, 2 * half) + half;
+            expected += onward < span ? 1 : 0;
+            isAtAnEnd |=
+                onward < 0.001 || onward > 2 * half - 0.001 || std::fabs(onward - span) < 0.001;
+        }
+        const float station = (isX ? arc.centre.X() : arc.centre.Z()) + arc.radius * s;
+        const Found found(arc, isX ? 'x' : 'z', station);
+        ASSERT_TRUE(isAtAnEnd || found.count == expected) << "run " << i;
+        for (int k = 0; k < found.count; ++k) {
+            const float *p = found.rows[k];
+            const float t = found.rows[2][k];
+            EXPECT_NEAR(isX ? p[0] : p[2], station, 1e-4F);
+            EXPECT_NEAR(arc.centre.X() + arc.radius * std::sin(t), p[0], 1e-4F);
+            EXPECT_NEAR(arc.centre.Z() + arc.radius * std::cos(t), p[2], 1e-4F);
+        }
+    }
+}
+
+TEST(FindIntPnt, PassesOverOtherTypesAndARadiusOfZero) {
+    for (const int type : {164, CUR_ARC, CUR_ARC_XY, CUR_HELIX_ZX}) {
+        TouchCurD curve = sentinelCurve(type);
+        EXPECT_EQ(Found(curve, 'x', curve.firstPoint.X()).count, 0);
+        EXPECT_EQ(Found(curve, 'z', curve.centre.Z()).count, 0);
+        EXPECT_EQ(bytesOf(curve), bytesOf(sentinelCurve(type)));
+    }
+    TouchCurD shrunk = makeArc(0, 0, 0, 6, 1);
+    EXPECT_EQ(Found(shrunk, 'x', 0).count + Found(shrunk, 'z', 0).count, 0);
+    EXPECT_EQ(shrunk.secondAngle, 1.0F);
+    TouchCurD tiny = makeArc(0, 0, FLT_MIN, 0, 6);
+    EXPECT_EQ(Found(tiny, 'x', FLT_MAX).count, 0);
+}
+
+// Type, x, z, sign, and z where the cut line begins (0: nothing is cut), of a line from (-2, z 1)
+// to (8, z 3). The last four are at the first end, which is moved onto the station.
+TEST(ZxIntCur, KeepsWhatLiesBeyondTheStationOnTheNamedSide) {
+    const struct {
+        int type;
+        float x, z;
+        int sign;
+        float firstZ;
+    } cases[] = {{1, 3, 0, 1, 2},          {164, 3, 0, 1, 2},       {156, 3, 0, 1, 0},
+                 {1, 3, 0, -1, 0},         {1, 3, 4, -1, 2},        {1, 3, 2, 1, 0},
+                 {1, 3, 1.9998F, 1, 2},    {1, 3, 1.99995F, 1, 0},  {1, 8, 0, 1, 0},
+                 {1, 7.999995F, 0, 1, 0},  {1, 9, 0, 1, 0},         {1, -2.00005F, 0, 1, 1},
+                 {1, -2.00005F, 2, -1, 1}, {1, -2.00005F, 1, 1, 0}, {1, -2.0002F, 0, 1, 0}};
+    for (const auto &c : cases) {
+        SCOPED_TRACE(testing::Message() << c.x << " " << c.z << " " << c.sign);
+        TouchCurD line = makeLine({-2, 1, 1, 0, 0}, {8, 2, 3, 0, 0}, c.type);
+        TouchCurD out = sentinelCurve(CUR_ARC);
+        TouchCurD expected = out;
+        if (c.firstZ != 0.0F) {
+            expected.type = c.type;
+            expected.firstPoint.X() = c.x;
+            expected.firstPoint.Z() = c.firstZ;
+            expected.secondPoint.X() = 8;
+            expected.secondPoint.Z() = 3;
+        }
+        EXPECT_EQ(slZxIntCur(&line, c.x, c.z, c.sign, &out), 0);
+        EXPECT_EQ(bytesOf(out), bytesOf(expected));
+    }
+}
+
+TEST(Offset, MovesALineAcrossItselfTowardsTheSide) {
+    const struct {
+        int type; // runs along x
+        float side[3], step[3];
+    } cases[] = {{CUR_LINE, {1, 1, 0}, {0, 2, 0}},
+                 {164, {5, 0, -0.01F}, {0, 0, -2}},
+                 {CUR_LINE, {1, 0.00011F, 0}, {0, 2, 0}},
+                 {CUR_LINE, {1, SL_ZERO, 0}, {0, 0, 0}},
+                 {CUR_LINE, {0, 0, 0}, {0, 0, 0}},
+                 {CUR_ARC_XY, {0, 1, 0}, {0, 0, 0}},
+                 {163, {0, 1, 0}, {0, 0, 0}}};
+    for (const auto &c : cases) {
+        TouchCurD line = makeLine({1, 2, 3, 4, 5}, {7, 2, 3, 4, 5}, c.type);
+        TouchCurD expected = line;
+        expected.MoveM(c.step);
+        line.OffsetM(2, c.side);
+        EXPECT_EQ(bytesOf(line), bytesOf(expected)) << c.type << " " << c.side[1];
+    }
+}
+
+TEST(Offset, ArcStaysConcentric) {
+    const struct {
+        float distance;
+        float side[3]; // told from the first end, 5 to the right of the centre
+        float radius;
+    } cases[] = {
+        {1, {1, 0, 0}, 6},         {1, {-1, 0, 0}, 4}, {-1, {1, 0, 0}, 4},
+        {1, {0.000019F, 9, 9}, 5},                       // the dot product is within the tolerance
+        {1, {0.000021F, 9, 9}, 6}, {7, {-1, 0, 0}, -2}}; // beyond the centre nothing stops it
+    for (const auto &c : cases) {
+        TouchCurD arc = makeLine({6, 1, 0, 8, 9}, {1, 6, 0, 8, 9}, CUR_ARC);
+        arc.centre = Tq5AxisPntCL(1, 1, 0, 0, 0);
+        arc.radius = 5;
+        TouchCurD expected = arc;
+        arc.OffsetM(c.distance, c.side);
+        EXPECT_NEAR(arc.firstPoint.X(), 1 + c.radius, 1e-5F);
+        EXPECT_NEAR(arc.secondPoint.Y(), 1 + c.radius, 1e-5F);
+        expected.firstPoint.X() = arc.firstPoint.X();
+        expected.secondPoint.Y() = arc.secondPoint.Y();
+        expected.radius = c.radius;
+        EXPECT_EQ(bytesOf(arc), bytesOf(expected));
+        if (c.radius > 0) {
+            arc.OffsetM(-c.distance, c.side);
+            EXPECT_NEAR(arc.radius, 5, 1e-6F);
+            EXPECT_NEAR(arc.secondPoint.Y(), 6, 1e-5F);
+        }
+    }
+    TouchCurD shrunk = sentinelCurve(CUR_ARC);
+    shrunk.radius = 0;
+    const std::string before = bytesOf(shrunk);
+    const float side[] = {1, 1, 1};
+    shrunk.OffsetM(2, side);
+    EXPECT_EQ(bytesOf(shrunk), before);
+}
+
+TEST(TransCoord, LineKeepsItsEndOrItsLength) {
+    const float start[] = {100, 100, 100};
+    const struct {
+        int mode;
+        float dx, dy, end[3];
+    } cases[] = {{0, 5, 0, {6, 2, 3}},
+                 {54, 5, 0, {6, 2, 3}},
+                 {55, 5, 0, {105, 100, 100}},
+                 {0, SL_ZERO / 2, 0, {100, 100, 100}}, // short: a point at the new start
+                 {55, SL_ZERO / 2, 0, {100, 100, 100}}};
+    for (const auto &c : cases) {
+        TouchCurD line = makeLine({1, 2, 3, 4, 5}, {1 + c.dx, 2 + c.dy, 3, 6, 7});
+        TouchCurD expected = line;
+        test::setXyz(expected.firstPoint, start);
+        test::setXyz(expected.secondPoint, c.end);
+        float end[3];
+        EXPECT_EQ(slTouchCurTransCoord(&line, c.mode, nullptr, start, end), 1);
+        EXPECT_TRUE(samePoint(end, c.end)) << c.mode;
+        EXPECT_EQ(bytesOf(line), bytesOf(expected)) << c.mode;
+    }
+    // Long or short is judged before the move, here to where floats are coarser.
+    TouchCurD line = makeLine({0, 0, 0, 0, 0}, {SL_ZERO, 0, 0, 0, 0});
+    float end[] = {1, 0, 0};
+    EXPECT_EQ(slTouchCurTransCoord(&line, 55, nullptr, end, end), 1) << "start and end may be one";
+    EXPECT_EQ(line.firstPoint.X(), 1.0F);
+    EXPECT_EQ(end[0], 1.0F + SL_ZERO);
+}
+
+TEST(TransCoord, ArcMovesWholeAndOtherTypesStay) {
+    const float start[] = {100, 100, 100};
+    for (int type = 153; type <= 160; ++type) {
+        for (const int direction : test::DIRECTIONS) {
+            TouchCurD curve = sentinelCurve(type, direction);
+            TouchCurD expected = curve;
+            float expectedEnd[3] = {100, 100, 100};
+            const bool moves = type >= 154 && type <= 159;
+            if (moves) {
+                float from[3];
+                curve.GetCurveStartPntM(from);
+                const float step[] = {100 - from[0], 100 - from[1], 100 - from[2]};
+                expected.MoveM(step);
+                expected.GetCurveEndPntM(expectedEnd);
+            }
+            float end[3];
+            EXPECT_EQ(slTouchCurTransCoord(&curve, 55, nullptr, start, end), moves ? 1 : 0);
+            EXPECT_TRUE(samePoint(end, expectedEnd)) << type << " " << direction;
+            EXPECT_EQ(bytesOf(curve), bytesOf(expected)) << type << " " << direction;
+        }
+    }
+}
+
+} // namespace
