@@ -2,11 +2,15 @@
 #pragma once
 
 #include "trunnion/containers/char_arr.h"
+#include "trunnion/containers/five_axis_pnt.h"
 #include "trunnion/containers/item_array.h"
 #include "trunnion/containers/item_base.h"
 #include "trunnion/containers/point3d_arr.h"
 #include "trunnion/containers/slot_array.h"
 #include "trunnion/containers/string_arr.h"
+#include "trunnion/curves/arcs.h"
+#include "trunnion/curves/curve_cuts.h"
+#include "trunnion/curves/touch_cur.h"
 #include "trunnion/export.h"
 #include "trunnion/geometry/arc_directions.h"
 #include "trunnion/geometry/containment.h"
