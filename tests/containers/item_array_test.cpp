@@ -53,8 +53,7 @@ class Items : public ItemArr<Item> {
 public:
     bool mayBeWritten() const { return writerMayLive; }
     std::uint64_t changes() const { return changeCount; }
-    using ItemArr<Item>::closeGaps;
-    using ItemArr<Item>::moveInline;
+    using ItemArr<Item>::closeGapsOrMoveInline;
 };
 
 // What the array is said to hold: two storages, three counts.
@@ -130,6 +129,7 @@ struct Model {
         return copied;
     }
     void closeGaps() {
+        const int oldBound = bound;
         int kept = 0;
         for (int i = 0; i < bound; ++i) {
             if (slots()[i].isLive()) {
@@ -139,6 +139,10 @@ struct Model {
             }
         }
         bound = kept;
+        if (oldBound > 4 && bound <= 4) {
+            std::copy_n(heap.begin(), 4, inlineSlots.begin());
+            heap.clear();
+        }
     }
 };
 
@@ -196,13 +200,8 @@ TEST(ItemArr, EveryOperationAgreesWithThePlainModel) {
                 model.grow(idx - 2);
                 break;
             case 6:
-                array.closeGaps();
+                array.closeGapsOrMoveInline();
                 model.closeGaps();
-                if (model.bound <= 4 && !model.heap.empty()) {
-                    array.moveInline();
-                    std::copy_n(model.heap.begin(), 4, model.inlineSlots.begin());
-                    model.heap.clear();
-                }
                 break;
             default:
                 ASSERT_EQ(array.AddItemM(item), model.bound);

@@ -114,11 +114,10 @@ protected:
 
     // Moves the live items down over the slots that are not live, in order, and lowers the bound to
     // their number; the slots that are left behind are deleted. The number of live items is not
-    // touched. Returns how many slots went.
-    int closeGaps();
-    // Moves the first four items into the object and gives the block back. The bound must be at
-    // most 4.
-    void moveInline();
+    // touched.
+    void closeGaps();
+    // The same; a list that falls from 5 slots or more to 4 or fewer returns to its inline slots.
+    void closeGapsOrMoveInline();
 
     T *heapItems = nullptr; // null while inline
     T inlineItems[inlineSlots];

@@ -68,9 +68,10 @@ NodeArr::~NodeArr() = default;
 // Merging and purging
 
 int NodeArr::MergeNodeLstM(const NodeCL &node, int *idx) {
-    const bool indexed = index.prepare({changeCount, writerMayLive, bound}, [this](MergeIndex &built, int slot) {
-        enterNode(built, items()[slot], slot);
-    });
+    const bool indexed =
+        index.prepare({changeCount, writerMayLive, bound}, [this](MergeIndex &built, int slot) {
+            enterNode(built, items()[slot], slot);
+        });
     *idx = indexed ? lowestSamePoint(index.slots(), items(), node) : firstSamePoint(node);
     if (*idx < 0) {
         *idx = AddItemM(node);
@@ -129,20 +130,22 @@ void NodeArr::MergeNodesM(IntArr *indexes, int first, int last, TriangleArr *tri
     }
 }
 
-// The numbers are rewritten in ascending order: a new one is below the old one, and whoever had it
+// Ascending order makes the renumbering safe: a new number is below the old one, and whoever had it
 // has been renumbered before or was deleted.
 void NodeArr::PurgeDeletedNodes(IntArr *indexes, TriangleArr *triangles) {
     indexes->PurgeDeletedItemM();
+    IntArr newNumbers(bound);
     int target = 0;
     for (int i = 0; i < bound; ++i) {
-        if (!isLive(items()[i])) {
-            continue;
+        newNumbers.AddItemM(isLive(items()[i]) ? target++ : i);
+    }
+    triangles->changeNodes(newNumbers);
+    for (int position = 0; position < indexes->GetBoundM(); ++position) {
+        int &node = (*indexes)[position];
+        if (holdsSlot(node)) {
+            // Only the first entry of a node changes.
+            node = std::exchange(newNumbers[node], node);
         }
-        if (i != target) {
-            triangles->ChangeNodeIdxM(i, target);
-            indexes->ChangeNodeIdxM(i, target);
-        }
-        ++target;
     }
     closeGaps();
     available = bound;

@@ -29,12 +29,8 @@ void QuadArr::ChangeNodeIdxM(int oldNode, int newNode) {
 }
 
 void QuadArr::ResetNodeIdxM(const IntArr &map) {
-    const int oldBound = bound;
     available -= trunnion::detail::renumberFacets(changedItems(), bound, map);
-    closeGaps();
-    if (oldBound > inlineSlots && bound <= inlineSlots) {
-        moveInline();
-    }
+    closeGapsOrMoveInline();
 }
 
 void QuadArr::NegativeNormalVectM() {

@@ -2,6 +2,7 @@
 #include "trunnion/meshes/triangle_arr.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 #include "trunnion/containers/detail/item_array_impl.h"
@@ -44,9 +45,10 @@ int TriangleArr::MergeTriangleLstM(TriangleCL triangle) {
         return 0;
     }
     const int *nodes = triangle.GetNodeIdxPM();
-    const bool indexed = index.prepare({changeCount, writerMayLive, bound}, [this](MergeIndex &built, int slot) {
-        enterTriangle(built, items()[slot], slot);
-    });
+    const bool indexed =
+        index.prepare({changeCount, writerMayLive, bound}, [this](MergeIndex &built, int slot) {
+            enterTriangle(built, items()[slot], slot);
+        });
     const bool isDuplicate =
         indexed ? anyWithin(index.slots(), nodes,
                             [&](int slot) { return liesWithin(items()[slot], nodes); })
@@ -93,13 +95,51 @@ void TriangleArr::ChangeNodeIdxM(int oldNode, int newNode) {
     }
 }
 
-void TriangleArr::ResetNodeIdxM(const IntArr &map) {
-    const int oldBound = bound;
-    available -= trunnion::detail::renumberFacets(changedItems(), bound, map);
-    closeGaps();
-    if (oldBound > inlineSlots && bound <= inlineSlots) {
-        moveInline();
+void TriangleArr::changeNodes(const IntArr &newNumbers) {
+    // A triangle meets the steps that name its nodes whatever happens to the others, with one
+    // exception: the last one leaves the list when it is deleted, the next one is then the last,
+    // and only steps behind that one find it so.
+    bool isLast = true;
+    int leftAt = -1;
+    for (int i = bound - 1; i >= 0; --i) {
+        const int step = changeNodesOf(i, newNumbers, isLast ? leftAt : INT_MAX);
+        isLast = isLast && step >= 0;
+        if (isLast) {
+            bound = i;
+            leftAt = step;
+        }
     }
+}
+
+int TriangleArr::changeNodesOf(int idx, const IntArr &newNumbers, int lastSince) {
+    TriangleCL &triangle = changedItems()[idx];
+    int steps[3];
+    triangle.GetTriangleM(steps);
+    std::sort(steps, steps + 3);
+    const int *end = std::unique(steps, steps + 3); // a step changes one position
+    for (const int *step = steps; step != end; ++step) {
+        const int *newNumber = newNumbers.GetItemPM(*step);
+        if (newNumber == nullptr || *newNumber == *step) {
+            continue;
+        }
+        triangle.replaceNode(*step, *newNumber);
+        if (!triangle.isDegenerate()) {
+            continue;
+        }
+        if (isLive(triangle)) {
+            triangle.DelItemM();
+            --available;
+        }
+        if (*step > lastSince) {
+            return *step;
+        }
+    }
+    return -1;
+}
+
+void TriangleArr::ResetNodeIdxM(const IntArr &map) {
+    available -= trunnion::detail::renumberFacets(changedItems(), bound, map);
+    closeGapsOrMoveInline();
 }
 
 void TriangleArr::PurgeDeletedTrianglesM() {

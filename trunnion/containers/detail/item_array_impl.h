@@ -124,7 +124,7 @@ int ItemArr<T>::DelAllM() {
 }
 
 template <class T>
-int ItemArr<T>::closeGaps() {
+void ItemArr<T>::closeGaps() {
     T *slots = changedItems();
     int removed = 0;
     for (int i = 0; i < bound; ++i) {
@@ -136,13 +136,13 @@ int ItemArr<T>::closeGaps() {
         }
     }
     bound -= removed;
-    return removed;
 }
 
 template <class T>
-void ItemArr<T>::moveInline() {
-    if (capacity > inlineSlots) {
-        noteChange();
+void ItemArr<T>::closeGapsOrMoveInline() {
+    const int oldBound = bound;
+    closeGaps();
+    if (oldBound > inlineSlots && bound <= inlineSlots) {
         std::copy_n(heapItems, inlineSlots, inlineItems);
         releaseBlock();
     }
