@@ -212,27 +212,20 @@ TEST(ItemArr, EveryOperationAgreesWithThePlainModel) {
     }
 }
 
-TEST(ItemArr, ItemsOfTheArrayItselfCanBeStoredInIt) {
+TEST(ItemArr, TakesItemsOfItselfAndIgnoresNegativeSlots) {
     Items array;
     for (int i = 0; i < 300; ++i) {
         array.AddItemM(i == 0 ? Item(31, 7) : *array.GetItemPM(0));
     }
     array.InsertItemM(*array.GetItemPM(299), 0);
+    array.SetItemM(Item(31, 1), -1);
+    array.InsertItemM(Item(31, 1), -1);
+    array.DelItemM(-1);
     array = static_cast<const Items &>(array);
     EXPECT_EQ(array.GetAvailableNumM(), 301);
     for (int i = 0; i < 301; ++i) {
         EXPECT_EQ(array.GetItemPM(i)->number(), 7);
     }
-}
-
-TEST(ItemArr, NegativeSlotsChangeNothing) {
-    Items array;
-    array.SetItemM(Item(31, 1), -1);
-    array.InsertItemM(Item(31, 1), -1);
-    array.AddItemM(Item(31, 1));
-    array.DelItemM(-1);
-    EXPECT_EQ(array.GetBoundM(), 1);
-    EXPECT_EQ(array.GetAvailableNumM(), 1);
 }
 
 TEST(ItemArr, MoreSlotsThanAnIntCanNumberRaiseTheFrameworksException) {

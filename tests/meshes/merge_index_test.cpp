@@ -1,6 +1,5 @@
 // Merging finds through an index what the plain scan finds, whatever happens to the list between
 // merges and when memory is short.
-#include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <new>
@@ -163,30 +162,6 @@ TEST(MergeIndex, RefusesTheTrianglesThatTheScanRefuses) {
             ASSERT_EQ(result, refused ? 0 : 1) << "round " << round << " step " << step;
         }
     }
-}
-
-// A scan would take minutes here.
-TEST(MergeIndex, MergesALargeMesh) {
-    constexpr int side = 200;
-    NodeArr nodes;
-    TriangleArr triangles;
-    const auto nodeAt = [&](int x, int y) {
-        float point[3] = {static_cast<float>(x), static_cast<float>(y), 0};
-        NodeCL node(31);
-        node.SetPntM(point);
-        int slot;
-        nodes.MergeNodeLstM(node, &slot);
-        return slot;
-    };
-    for (int x = 0; x < side; ++x) {
-        for (int y = 0; y < side; ++y) {
-            TriangleCL triangle(31);
-            triangle.SetTriangleM(nodeAt(x, y), nodeAt(x + 1, y), nodeAt(x, y + 1));
-            ASSERT_EQ(triangles.MergeTriangleLstM(triangle), 1);
-            ASSERT_EQ(triangles.MergeTriangleLstM(triangle), 0);
-        }
-    }
-    EXPECT_EQ(nodes.GetBoundM(), (side + 1) * (side + 1) - 1);
 }
 
 } // namespace

@@ -19,20 +19,11 @@ TEST(QuadArr, MergingRefusesNothing) {
         EXPECT_EQ(list.MergeQuadLstM(makeQuad(1, 2, 3, 4)), 1);
     }
     EXPECT_EQ(list.MergeQuadLstM(makeQuad(7, 7, 7, 7)), 1);
-    EXPECT_EQ(list.GetAvailableNumM(), 3);
-}
-
-TEST(QuadArr, ModifyInsertsAndLeavesTheNormalTypeAtZero) {
-    QuadArr list;
-    list.MergeQuadLstM(makeQuad(1, 2, 3, 4));
     int nodes[4] = {5, 6, 7, 8};
     EXPECT_EQ(list.ModifyM(0, nodes), 1);
     EXPECT_EQ(list.ModifyM(-1, nodes), 1);
-    EXPECT_EQ(list.GetBoundM(), 2);
+    EXPECT_EQ(list.GetAvailableNumM(), 4);
     EXPECT_EQ(list.GetItemPM(0)->GetNodeIdxPM()[3], 8);
-    char type = 5;
-    list.GetItemPM(0)->GetNormTypeM(&type);
-    EXPECT_EQ(type, 0);
 }
 
 TEST(QuadArr, EdgesRunRoundTheCycleAndDiagonalsAreNone) {
