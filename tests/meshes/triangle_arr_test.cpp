@@ -289,6 +289,16 @@ TEST(TriangleArr, EdgeMostNearlyAtARightAngleIsChosen) {
     }
     list.FindTriangleByVectM(y, nodes, found, &position);
     EXPECT_EQ(position, 1); // by its second edge; slot 2 has the same angle and comes later
+
+    // The first edge that improves ends the look at a triangle: the better second one of slot 0 is
+    // not seen, at each position of the node.
+    for (const Nodes &turned : {Nodes{0, 2, 3}, Nodes{2, 0, 3}, Nodes{3, 2, 0}}) {
+        const TriangleArr pair = listOf({turned, {0, 1, 2}});
+        Int2DArr both;
+        pair.FindTriangleM(0, &both);
+        pair.FindTriangleByVectM(y, nodes, both, &position);
+        EXPECT_EQ(position, 1) << turned[0];
+    }
 }
 
 TEST(TriangleArr, MajorityOfNormals) {
