@@ -24,8 +24,13 @@ is_installed() {
     [ "$(dpkg-query --show --showformat '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
 }
 
+# Silent unless it fails.
 apt_get() {
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get --quiet --quiet "$@" </dev/null >&2
+    local output
+    if ! output=$(as_root env DEBIAN_FRONTEND=noninteractive apt-get --quiet "$@" 2>&1 </dev/null); then
+        printf '%s\n' "$output" >&2
+        return 1
+    fi
 }
 
 # need_packages <package>...: installs those that are missing. Does nothing, and needs no rights, if none is. On a
