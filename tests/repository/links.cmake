@@ -1,0 +1,21 @@
+# Every link in a page of the repository that leads to a file leads to one that is there.
+cmake_minimum_required(VERSION 3.25)
+
+file(GLOB pages ${SOURCE_DIR}/*.md ${SOURCE_DIR}/docs/*.md)
+set(wrong "")
+foreach(page IN LISTS pages)
+  file(READ ${page} text)
+  cmake_path(GET page PARENT_PATH folder)
+  # Brackets would keep the list of matches from splitting.
+  string(REPLACE "](" "<link " text "${text}")
+  string(REGEX MATCHALL "<link [^)# ]+" links "${text}")
+  foreach(link IN LISTS links)
+    string(REPLACE "<link " "" target "${link}")
+    if(NOT target MATCHES "^[a-z]+:" AND NOT EXISTS ${folder}/${target})
+      string(APPEND wrong "\n${page}: ${target}")
+    endif()
+  endforeach()
+endforeach()
+if(wrong)
+  message(FATAL_ERROR "links that lead nowhere:${wrong}")
+endif()
