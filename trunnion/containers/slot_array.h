@@ -70,6 +70,7 @@ public:
     // outside the array, changes nothing. The array must have no holes.
     void ChangeArrangeM(int start, int dir);
 
+    // The inherited operation on an array of the same class.
     int ImportArrM(const IntArr &other) { return Base::ImportArrM(other); }
     // Appends the live items of `other`, holes closed, with a capacity just large enough. Returns
     // the slot of the first item appended, the old bound. `other` must be another array.
@@ -119,6 +120,7 @@ public:
     using Base::SetIncrementM;
     using Base::SetItemM;
 
+    // The inherited operation on an array of the same class.
     int ImportArrM(const RealArr &other) { return Base::ImportArrM(other); }
     // First slot below the bound whose value differs from `value` by 0.0001 or less: 1 and its
     // number, or 0 and SL_DELETED_INT.

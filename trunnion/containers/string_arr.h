@@ -9,6 +9,7 @@
 #include "trunnion/containers/char_arr.h"
 #include "trunnion/containers/item_array.h"
 
+// One string.
 class TRUNNION_API TqStringCL : public TqBaseCL {
 public:
     TqStringCL() = default;

@@ -47,6 +47,7 @@ public:
     const float *GetPntPM() const { return pnt; }
     const float *GetNormalPM() const { return norm; }
 
+    // Copies the point in.
     void SetPntM(float *const point);
     // Copy in as they are.
     void setPoint(const float *point);

@@ -26,6 +26,7 @@ public:
     bool IsEmpty() const { return text.empty(); }
     void Empty() { text.clear(); }
 
+    // Append; null appends nothing.
     CString &operator+=(const char *more);
     CString &operator+=(char more);
 
@@ -38,6 +39,7 @@ private:
     std::string text;
 };
 
+// Join and compare byte for byte.
 TRUNNION_API CString operator+(const CString &a, const char *b);
 TRUNNION_API bool operator==(const CString &a, const char *b);
 TRUNNION_API bool operator!=(const CString &a, const char *b);

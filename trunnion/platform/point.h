@@ -12,6 +12,7 @@ struct tagPOINT {
 };
 #endif
 
+// A point that starts at the origin.
 class CPoint : public tagPOINT {
 public:
     CPoint() : CPoint(0, 0) {}
