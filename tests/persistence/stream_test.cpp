@@ -17,10 +17,12 @@
 
 #include "tests/support/random.h"
 #include "tests/support/temp_dir.h"
+#include "tests/support/thrown.h"
 
 namespace {
 
 using namespace std::string_literals;
+using test::thrown;
 
 class StreamTest : public testing::Test {
 protected:
@@ -42,16 +44,6 @@ protected:
     test::TempDir dir;
     const std::string path = dir.path("file.txt");
 };
-
-// The code that `action` throws, 0 if it throws none.
-int thrown(const std::function<void()> &action) {
-    try {
-        action();
-    } catch (int code) {
-        return code;
-    }
-    return 0;
-}
 
 std::string withWindowsLineEnds(const std::string &text) {
     std::string result;

@@ -1,98 +1,89 @@
-// The compressed stream: values in memory, compressed blocks in the file.
+// The stream of the compressed data files: values go through memory, and the file holds blocks.
 #pragma once
 
-#include <cstddef>
-#include <initializer_list>
+#include <cstdint>
 
+#include "trunnion/export.h"
 #include "trunnion/persistence/stream.h"
 #include "trunnion/platform/framework.h"
 
-// A stream that appends every value raw to a memory buffer and writes the buffer as one compressed
-// block when the caller finishes, or when it has outgrown 64 MiB. On reading a block is restored at
-// once, and the next one when its values are used up. Record and list code cannot tell it from a
-// binary TqIOCL: a value has the same bytes, and the same calls read what they wrote.
+// A stream whose values stand in memory, in the binary form of TqIOCL. Saving compresses them into
+// a block of the file; reading decompresses a block at a time and passes from one to the next
+// unnoticed. Formats, separator and automatic new line have no effect.
 //
-//   saving:  OpenM(name, "wb"), SetVersionNumM, the values, FinishSaveM(1), CloseM
-//   reading: OpenM(name, "rb"), the values, CloseM
+// Saving is SetVersionNumM, OpenM(name, "wb"), the values, FinishSaveM(1), CloseM; reading is
+// OpenM(name, "rb"), the values, CloseM. The mode holds a "b": what has none can be neither read
+// nor saved.
 //
-// The file: the version number in 4 bytes, then for each block its length in 4 bytes and the block
-// (see lzw.h), all little-endian. Block borders fall between two values; the version text is the
-// caller's to store. Formats, separator and automatic new line have no effect here. The mode given
-// to OpenM holds a "b".
+// The file, all numbers 32-bit little-endian:
 //
-// Failures beside those of TqIOCL: 107 for a file or block that is cut short, for a block length
-// that the file cannot hold, and for a value that runs over the end of the data; 109 for a damaged
-// block; 108 where a block cannot be written. OpenM throws those of the first block, a reader those
-// of the block that it moves on to. Where no memory can be had, a writer tells the user and stores
-// nothing, and a reader lets CMemoryException * pass.
+//   offset  size  content
+//        0     4  version number (SetVersionNumM)
+//        4     4  length L of the first block
+//        8     L  the first block, as FCLzw makes it
+//
+// and a length and a block for each further one, up to the end of the file. Every value stands in
+// one block as a whole; a counted string is two values, its length and its bytes.
+//
+// Failures are thrown as a plain int:
+//
+//   107  a read failed: the file ends inside the version, a length or a block; a block's length is
+//        negative or more than what is left of the file; a value runs over the end of its block; a
+//        counted string has a negative length
+//   108  a block could not be written, is longer than 2^31 - 1 bytes, or no file is open for it
+//   109  the file could not be opened, or a block is damaged
+//
+// A block that cannot be read stays the next one: every further read fails in the same way, and
+// what stands behind it is never taken for it. When the heap is exhausted while a block is read or
+// by FinishSaveM, CMemoryException * passes through; when it is by a writer, the user is told and
+// the writer returns 0 without having stored the value (OutputCM, OutputRM: 1).
 class TRUNNION_API TqCompressIOCL : public TqIOCL {
 public:
+    // A closed stream without values.
     TqCompressIOCL();
+    // Closes the file; values that were not saved are lost.
     ~TqCompressIOCL() override;
 
     using TqIOCL::FinishSaveM;
-    // Writes the buffer as a block, behind the version number if it is the first one, and empties
-    // it. Nothing at all for an empty buffer. Called once, last; with 0 the memory is kept.
+    // Writes the values in memory to the file as a block and empties the memory, which is given
+    // back unless `freeBuffer` is 0. The first block of a file that is open with the mode "wb" goes
+    // behind the version number. Nothing at all is written when there are no values. Call it once,
+    // last: only FlushMemoryM may come before it.
     void FinishSaveM(int freeBuffer);
-    // Writes what the buffer holds as a block of its own; saving goes on behind it. Called only
-    // after values were written.
+    // Writes the values so far as a block, for a caller that does not want to wait until the stream
+    // does so by itself, with 64 MiB and more. Only after values were written: without any, the
+    // file would lack its version number.
     void FlushMemoryM();
 
-    // Opens as TqIOCL does. For reading, the version number and the first block are read at once.
-    void OpenM(const char *name, const char *mode) override;
-    // Closes without saving: values that were not saved are lost.
-    void CloseM() override;
-
-    // The cursor in the current block; the file is not touched. RewindM and SeekM do nothing while
-    // the block is empty. SeekM takes the sum of origin and offset as unsigned and stops at the
-    // last byte, so that a negative position lands there; origin 2 counts from the start as 0 does.
+    // The position in the current block and how it moves. SeekM counts from the start of the block
+    // for SEEK_SET and SEEK_END alike, takes its target as unsigned and goes at most to the last
+    // byte; in an empty block nothing moves. What is written after a move replaces the values
+    // there, and as many zero bytes are added at the end.
     int TellM() override;
-    void RewindM() override;
     void SeekM(int offset, int origin) override;
-    // 1 when all values were read, else 0; moves on to the next block where the current one is used
-    // up.
+    void RewindM() override;
+
+    // 1 when no value is left, in memory or in the file, else 0. Reads the next block where one is
+    // used up, and fails as a reader does.
     int EofM() override;
+    // EofM.
     int FinishedReadM() override;
 
+    // Gives the values up and closes the file.
+    void CloseM() override;
+    // Opens `name` as TqIOCL does. A mode with an "r" reads version and first block at once; with
+    // any other mode the stream writes.
+    void OpenM(const char *name, const char *mode) override;
+
+    // The typed operations move the values that TqIOCL moves in a binary stream, with the same
+    // results but for those told above. A null pointer among up to nine values is passed over.
+    // Writers of one tuple return 1, or 0 when the memory is exhausted.
     void InputRsM(float *values, int count) override;
     void OutputRsM(const float *values, int count) override;
-
     int InputDM(int *value0, int *value1 = nullptr, int *value2 = nullptr, int *value3 = nullptr,
                 int *value4 = nullptr, int *value5 = nullptr, int *value6 = nullptr,
                 int *value7 = nullptr, int *value8 = nullptr) override;
     int InputDM(int *value, const char *format) override;
-    int InputRM(float *value0, float *value1 = nullptr, float *value2 = nullptr,
-                float *value3 = nullptr, float *value4 = nullptr, float *value5 = nullptr,
-                float *value6 = nullptr, float *value7 = nullptr, float *value8 = nullptr) override;
-    int InputCM(char *value0, char *value1 = nullptr, char *value2 = nullptr,
-                char *value3 = nullptr, char *value4 = nullptr, char *value5 = nullptr,
-                char *value6 = nullptr, char *value7 = nullptr, char *value8 = nullptr) override;
-    int InputSM(char *text, int length, int counted) override;
-    int InputGetsM(char *buffer, int size) override;
-    int InputTexPixel4DM(unsigned char value[4]) override;
-    int InputPixel4DM(float value[4]) override;
-    int InputPoint4DM(float value[4]) override;
-    int InputPoint3DM(float value[3]) override;
-    int InputPoint2DM(float value[2]) override;
-    int InputInt2DM(int value[2]) override;
-    int InputInt3DM(int value[3]) override;
-    int InputInt4DM(int value[4]) override;
-
-    // The writers give 1, and not 1 where memory could not be had (OutputCM and OutputRM 1 then as
-    // well).
-    int OutputDM(const int *value0, const int *value1 = nullptr, const int *value2 = nullptr,
-                 const int *value3 = nullptr, const int *value4 = nullptr,
-                 const int *value5 = nullptr, const int *value6 = nullptr,
-                 const int *value7 = nullptr, const int *value8 = nullptr) override;
-    int OutputRM(const float *value0, const float *value1 = nullptr, const float *value2 = nullptr,
-                 const float *value3 = nullptr, const float *value4 = nullptr,
-                 const float *value5 = nullptr, const float *value6 = nullptr,
-                 const float *value7 = nullptr, const float *value8 = nullptr) override;
-    int OutputCM(const char *value0, const char *value1 = nullptr, const char *value2 = nullptr,
-                 const char *value3 = nullptr, const char *value4 = nullptr,
-                 const char *value5 = nullptr, const char *value6 = nullptr,
-                 const char *value7 = nullptr, const char *value8 = nullptr) override;
-    int OutputSM(const char *text, int length, int counted) override;
     int OutputsM(const char *line) override;
     int OutputTexPixel4DM(const unsigned char value[4]) override;
     int OutputPixel4DM(const float value[4]) override;
@@ -102,41 +93,76 @@ public:
     int OutputInt2DM(const int value[2]) override;
     int OutputInt3DM(const int value[3]) override;
     int OutputInt4DM(const int value[4]) override;
+    int OutputSM(const char *text, int length, int counted) override;
+    int OutputRM(const float *value0, const float *value1 = nullptr, const float *value2 = nullptr,
+                 const float *value3 = nullptr, const float *value4 = nullptr,
+                 const float *value5 = nullptr, const float *value6 = nullptr,
+                 const float *value7 = nullptr, const float *value8 = nullptr) override;
+    int OutputDM(const int *value0, const int *value1 = nullptr, const int *value2 = nullptr,
+                 const int *value3 = nullptr, const int *value4 = nullptr,
+                 const int *value5 = nullptr, const int *value6 = nullptr,
+                 const int *value7 = nullptr, const int *value8 = nullptr) override;
+    int OutputCM(const char *value0, const char *value1 = nullptr, const char *value2 = nullptr,
+                 const char *value3 = nullptr, const char *value4 = nullptr,
+                 const char *value5 = nullptr, const char *value6 = nullptr,
+                 const char *value7 = nullptr, const char *value8 = nullptr) override;
+    int InputGetsM(char *buffer, int size) override;
+    int InputTexPixel4DM(unsigned char value[4]) override;
+    int InputPixel4DM(float value[4]) override;
+    int InputPoint4DM(float value[4]) override;
+    int InputPoint3DM(float value[3]) override;
+    int InputPoint2DM(float value[2]) override;
+    int InputInt2DM(int value[2]) override;
+    int InputInt3DM(int value[3]) override;
+    int InputInt4DM(int value[4]) override;
+    int InputSM(char *text, int length, int counted) override;
+    int InputRM(float *value0, float *value1 = nullptr, float *value2 = nullptr,
+                float *value3 = nullptr, float *value4 = nullptr, float *value5 = nullptr,
+                float *value6 = nullptr, float *value7 = nullptr, float *value8 = nullptr) override;
+    int InputCM(char *value0, char *value1 = nullptr, char *value2 = nullptr,
+                char *value3 = nullptr, char *value4 = nullptr, char *value5 = nullptr,
+                char *value6 = nullptr, char *value7 = nullptr, char *value8 = nullptr) override;
 
 private:
-    // Makes room for `more` bytes and keeps one byte free; a buffer of 64 MiB or more is written as
-    // a block first. 1, or 0 after telling the user that there is no memory: the buffer then stays
-    // as it was.
+    // Makes room for `more` bytes, with one to spare, by a larger buffer or by writing a block. 0
+    // if the memory is exhausted.
     int addSizeM(unsigned long more);
-    // Empties the buffer; with a number other than 0, and always for one of the codec's, it is
-    // given back as well.
-    void clearBufferM(int freeBuffer);
-    // Reads the version number, if `withVersion` is not 0, and one block.
+    // Reads a block, behind the version number if `withVersion` is not 0.
     void readM(int withVersion);
+    void readBlock();
     // Reads the next block if the file has one.
     void TryToReadRestDataM();
+    // Empties the buffer. Its memory stays for the next values if it is the stream's own and
+    // `freeBuffer` is 0.
+    void clearBufferM(int freeBuffer);
+    void freeMemory();
 
-    // One value at the cursor, `size` bytes. Taking throws 107 where the data ends before the value
-    // does.
-    int put(const void *value, std::size_t size);
-    int take(void *value, std::size_t size);
-    // The values of a nine-pointer operation but those whose pointers are null; putting stops at
-    // the first failure.
-    template <class Value>
-    int putAll(std::initializer_list<const Value *> values);
-    template <class Value>
-    int takeAll(std::initializer_list<Value *> values);
-    // Cursor behind `size` bytes that the data must hold; returns where they start.
-    const unsigned char *skip(std::size_t size);
+    // One value of the operations on up to nine; nothing for a null pointer.
+    int inputOneCM(char *value);
+    int inputOneDM(int *value);
+    int inputOneRM(float *value);
+    int outputOneCM(const char *value);
+    int outputOneDM(const int *value);
+    int outputOneRM(const float *value);
+
+    // `size` bytes to the position and from it; null is passed over.
+    int store(const void *bytes, std::uint32_t size);
+    int take(void *bytes, std::uint32_t size);
+    // Passes over `size` bytes and returns where they stand.
+    const unsigned char *pass(std::uint32_t size);
+    // The length of a counted string.
     int takeLength();
 
+    bool isReading() const;
+    // Bytes of values in the blocks that were not read yet, as far as their heads can be believed.
+    long long countLaterBytes();
     long long remainingM() override;
-    long long remainingInFile();
 
-    unsigned int memSize;     // bytes of values in the buffer
-    unsigned int memCapacity; // bytes allocated
+    std::uint32_t memSize;     // bytes of values
+    std::uint32_t memCapacity; // bytes allocated
     unsigned char *memBuffer;
-    unsigned int memPos; // where the next value is stored or taken
-    int bufferFromCodec; // 1 when the buffer is given back through the codec
-    CString openMode; // of the last OpenM; "+wb" after a flush, so that the version is written once
+    std::uint32_t memPos;         // where the next value is stored or taken
+    std::int32_t bufferFromCodec; // 1 when FCLzw has allocated the buffer
+    CString openMode;             // of the last OpenM; "+wb" once FlushMemoryM was called
+    long long laterBytes;         // what countLaterBytes has found, -1 before
 };

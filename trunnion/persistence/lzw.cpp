@@ -2,32 +2,20 @@
 
 #include <cstddef>
 #include <cstring>
-#include <memory>
 
 #include "trunnion/persistence/detail/crc32.h"
 #include "trunnion/persistence/detail/lzw_block.h"
 #include "trunnion/persistence/detail/lzw_steps.h"
-#include "trunnion/platform/framework.h"
+#include "trunnion/persistence/detail/owned.h"
 
-using trunnion::detail::frameworkAllocate;
+using trunnion::detail::allocateOwned;
 using trunnion::detail::frameworkFree;
 using trunnion::detail::isPossibleLzwHead;
 using trunnion::detail::LzwHead;
 using trunnion::detail::lzwHeadSize;
+using trunnion::detail::Owned;
 
 namespace {
-
-struct Release {
-    void operator()(void *block) const { frameworkFree(block); }
-};
-
-template <class T>
-using Owned = std::unique_ptr<T, Release>;
-
-template <class T>
-Owned<T> allocate(std::size_t size = sizeof(T)) {
-    return Owned<T>(static_cast<T *>(frameworkAllocate(size)));
-}
 
 bool isSpecial(unsigned code) {
     return code == byteClearCode || code == byteEndCode;
@@ -100,7 +88,7 @@ struct FCLzw::Output {
 
     explicit Output(std::uint32_t length)
         : size(length),
-          bytes(allocate<unsigned char>(length + std::size_t{2} * copyWidth + symbolCount)) {
+          bytes(allocateOwned<unsigned char>(length + std::size_t{2} * copyWidth + symbolCount)) {
         for (unsigned symbol = 0; symbol < symbolCount; ++symbol) {
             bytes.get()[symbolAt(symbol)] = static_cast<unsigned char>(symbol);
         }
@@ -146,8 +134,8 @@ unsigned long FCLzw::LZW_Encode(unsigned char *source, unsigned long length, uns
     if (length > trunnion::detail::lzwDecodedMaximum) {
         return 0;
     }
-    const Owned<EncodeTables> tables = allocate<EncodeTables>();
-    Owned<unsigned char> block = allocate<unsigned char>(blockRoom(length));
+    const Owned<EncodeTables> tables = allocateOwned<EncodeTables>();
+    Owned<unsigned char> block = allocateOwned<unsigned char>(blockRoom(length));
     encodeTable = tables->codes;
     encodeStrings = tables->strings;
     const std::uint32_t count = static_cast<std::uint32_t>(length);
@@ -223,7 +211,7 @@ unsigned long FCLzw::LZW_Decode(unsigned char *packed, unsigned long packedLengt
 
 // True if the codes fill the output exactly.
 bool FCLzw::decodeBlock(CodeReader &codes, Output &output) {
-    const Owned<DecodeTables> tables = allocate<DecodeTables>();
+    const Owned<DecodeTables> tables = allocateOwned<DecodeTables>();
     decodeTable = tables->entries;
     decodeStrings = tables->strings;
     endCode = byteEndCode;

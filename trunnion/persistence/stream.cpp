@@ -39,12 +39,6 @@ void copyText(char (&out)[Size], const char *text) {
     out[length] = '\0';
 }
 
-// strlen of a required text; a stored length has 31 bits.
-int lengthOf(const char *text) {
-    const std::size_t length = std::strlen(required(text, writeFailed));
-    return length <= INT_MAX ? static_cast<int>(length) : throw writeFailed;
-}
-
 } // namespace
 
 TqIOCL::TqIOCL()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 
 #include "trunnion/persistence/detail/stream_access.h"
@@ -33,6 +34,12 @@ T *required(T *pointer, int code) {
         throw code;
     }
     return pointer;
+}
+
+// strlen of a required text; a stored length has 31 bits.
+inline int lengthOf(const char *text) {
+    const std::size_t length = std::strlen(required(text, writeFailed));
+    return length <= INT_MAX ? static_cast<int>(length) : throw writeFailed;
 }
 
 } // namespace trunnion::detail
