@@ -18,17 +18,18 @@ bool memoryIsShort = false; // every operator new fails
 
 } // namespace
 
-void *operator new(std::size_t size) {
+// Not inlined: compilers warn where they see only one of the pair.
+[[gnu::noinline]] void *operator new(std::size_t size) {
     void *block = memoryIsShort ? nullptr : std::malloc(size);
     if (block == nullptr) {
         throw std::bad_alloc();
     }
     return block;
 }
-void operator delete(void *block) noexcept {
+[[gnu::noinline]] void operator delete(void *block) noexcept {
     std::free(block);
 }
-void operator delete(void *block, std::size_t /*size*/) noexcept {
+[[gnu::noinline]] void operator delete(void *block, std::size_t /*size*/) noexcept {
     std::free(block);
 }
 
