@@ -2,14 +2,16 @@
 // leaves alone then.
 #include "trunnion/geometry/intersections.h"
 
-#include <vector>
-
+#include "tests/geometry/cases.h"
 #include "tests/geometry/point.h"
 
 using test::above;
 using test::below;
+using test::Case;
+using test::check;
 using test::Point;
 using test::SENTINEL;
+using test::SOME;
 
 namespace {
 
@@ -17,37 +19,10 @@ const Point O = {0, 0, 0};
 const Point X = {1, 0, 0};
 const Point Y = {0, 1, 0};
 const Point Z = {0, 0, 1};
-const float SOME = std::nanf(""); // expected of an output: written, whatever the value
 
 // With a radius or distance of this length and one of about SL_ZERO all sums and the root are
 // exact.
 constexpr float EXACT = 0x1p-13F;
-
-struct Case {
-    const char *name;
-    int result;
-    std::vector<float> in;  // what is missing to 12 is 0
-    std::vector<float> out; // the outputs expected; those that follow are to be left alone
-};
-
-// Gives `call` the inputs of each case and sentinels to write over.
-template <typename Call>
-void check(const std::vector<Case> &cases, Call call) {
-    for (const Case &c : cases) {
-        std::vector<float> in = c.in, out(12, SENTINEL);
-        in.resize(12);
-        EXPECT_EQ(call(in.data(), out.data()), c.result) << c.name;
-        for (std::size_t i = 0; i < out.size(); ++i) {
-            const float expected = i < c.out.size() ? c.out[i] : SENTINEL;
-            if (std::isnan(expected)) {
-                EXPECT_NE(out[i], SENTINEL) << c.name << ", output " << i;
-            } else {
-                EXPECT_NEAR(out[i], expected, 2e-6 * std::fabs(expected))
-                    << c.name << ", output " << i;
-            }
-        }
-    }
-}
 
 TEST(LineEquations, AreSingularBelowTheTolerance) {
     check({{"below", 0, {below(SL_ZERO)}, {}},

@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include "trunnion/geometry/matrices.h"
+
 #include "tests/geometry/support.h"
 
 namespace test {
@@ -42,6 +44,14 @@ inline Point toPoint(const Triple &p) {
 }
 inline Point randomPoint(Random &random, float size) {
     return toPoint(randomTriple(random, size));
+}
+
+// A turn about a line near the origin.
+inline Matrix randomMotion(Random &random) {
+    const Point axis = unit(randomPoint(random, 1));
+    Matrix M{};
+    slGetRotateMatrix(randomPoint(random, 20), axis, random.real(-3, 3), M.data());
+    return M;
 }
 
 } // namespace test
