@@ -44,8 +44,9 @@ inline constexpr int SL_POLYGON_OUTSIDE = 1;
 // odd number means inside; a point on an edge is inside. Edges may cross each other. An empty list
 // has no inside. Cost: one pass.
 //
-// At exactly the height of a vertex the count can be wrong: both edges of that vertex are then
-// skipped, whether the boundary passes the ray's line there or only touches it.
+// At the height of a vertex the count can be wrong. Exactly there both edges of the vertex are
+// skipped, whether the boundary passes the ray's line or only touches it; just past the start of an
+// edge its crossing is not counted.
 TRUNNION_API int slPointInterFaceM(const float (*pts)[2], int n, const float *p);
 
 // The same in space, for a polygon with the unit normal norm and a point of its plane. The points
@@ -172,8 +173,10 @@ TRUNNION_API void slJudgeBallAndPrism(const BallAndPrismD &r, int *result);
 
 // 1 if two cylinders touch, else 0. Each has a base centre p, a unit axis v and a pair s of radius
 // and length. They touch if the distance of their axes by slGetLinesCoPerpenticular is below the
-// sum of the radii, or nearer to it than SL_ZERO. The caps are not looked at, and that distance is
-// SL_BIG for axes in one plane whose nearest points are two ends: such cylinders DO NOT touch.
+// sum of the radii, or nearer to it than SL_ZERO. The caps are not looked at, and that distance has
+// its own limits: SL_BIG for axes in one plane whose nearest points are two ends (such cylinders DO
+// NOT touch), and for skew axes whose nearest points are an end and a foot only the part at right
+// angles to both.
 TRUNNION_API int slJudgeTwoCylinder(const float *p1, const float *p2, const float *v1,
                                     const float *v2, const float *s1, const float *s2);
 

@@ -27,14 +27,14 @@ void setAlongAxes(const Vec2 &low, const Vec2 &high, RectangleD *R) {
     storePlane({low.x, high.y}, R->c3);
 }
 
-// Plane rectangle with its sides along the unit vector e and across it: from `near` to `far` along
+// Plane rectangle with its sides along the unit vector e and across it: from `low` to `high` along
 // e and from -side to side across, measured from c.
-void setAlong(const Vec2 &e, const Vec2 &c, double near, double far, double side, RectangleD *R) {
+void setAlong(const Vec2 &e, const Vec2 &c, double low, double high, double side, RectangleD *R) {
     const Vec2 across = side * Vec2{-e.y, e.x};
-    storePlane(c + near * e - across, R->c0);
-    storePlane(c + far * e - across, R->c1);
-    storePlane(c + far * e + across, R->c2);
-    storePlane(c + near * e + across, R->c3);
+    storePlane(c + low * e - across, R->c0);
+    storePlane(c + high * e - across, R->c1);
+    storePlane(c + high * e + across, R->c2);
+    storePlane(c + low * e + across, R->c3);
 }
 
 // Square along the axes about c, reaching r to each side.
