@@ -222,6 +222,7 @@ const ArcCase ARC_CASES[] = {
     {"across the first axis", 5.5, 7.0, 5, 0, 5.5, 7.0},
     {"just above six degrees", 1.0, 1.106, 5, 0, 1.0, 1.106},
     {"short", 1.0, 1.05, 5, 0, 1.0, 1.05},
+    {"short, below the axis", 4.0, 4.05, 5, 0, 4.0, 4.05},
     {"nearly full", 1.05, 1.0, 5, 0, 1.05, 1.0 + TURN},
     {"nearly full, beyond six degrees", 1.106, 1.0, 5, 0, 1.106, 1.0 + TURN},
     {"full", 1.0, 1.0, 5, 0, 1.0, 1.0 + TURN},
