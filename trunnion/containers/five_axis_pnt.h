@@ -29,6 +29,7 @@ public:
     Tq5AxisPntCL &operator=(const Tq5AxisPntCL &) = default;
     virtual ~Tq5AxisPntCL();
 
+    // The values by name.
     float &X() { return values[0]; }
     float &Y() { return values[1]; }
     float &Z() { return values[2]; }
@@ -48,6 +49,7 @@ public:
     // All five values become 0.
     void SetAsZeroM();
 
+    // In place; returns *this.
     Tq5AxisPntCL &operator+=(const Tq5AxisPntCL &other);
     Tq5AxisPntCL &operator-=(const Tq5AxisPntCL &other);
     Tq5AxisPntCL &operator*=(float s);
@@ -77,6 +79,7 @@ private:
     float values[valueCount] = {};
 };
 
+// The same to a new value; a scalar stands on the right only.
 TRUNNION_API Tq5AxisPntCL operator+(const Tq5AxisPntCL &a, const Tq5AxisPntCL &b);
 TRUNNION_API Tq5AxisPntCL operator-(const Tq5AxisPntCL &a, const Tq5AxisPntCL &b);
 TRUNNION_API Tq5AxisPntCL operator*(const Tq5AxisPntCL &a, float s);

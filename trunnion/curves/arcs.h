@@ -84,12 +84,12 @@ TRUNNION_API float slGetArcAng2(float cu, float cv, float pu, float pv, float r)
 //                        sine from the radius of the first point to the chord is below SL_ZERO,
 //                        else a short arc
 //
-// On CUR_ARC_ZX the second angle then rises where the first, plus SL_ZERO, is above it.
+// On CUR_ARC_ZX the second angle then rises where the first, plus SL_ZERO, is above it. None of
+// this holds of an arc of radius 0: both its angles are 0.
 //
 // A flat arc becomes a CUR_LINE: on CUR_DIR_CW its points are exchanged, all five coordinates, so
 // that the first is the start again. An arc whose ends lie further apart than SL_ZERO across its
 // plane becomes a helix, the type that is greater by 3; its pitch is the rise from first to second
-// point in one turn, negated for CUR_DIR_CW, and 0 where its angles are equal. On an arc of radius
-// 0 nothing of this is asked: both angles are 0.
+// point in one turn, negated for CUR_DIR_CW, and 0 where its angles are equal.
 TRUNNION_API int slSetArcPara(TouchCurD *curve, float *const start, float *const end,
                               float *const centre, float r);
