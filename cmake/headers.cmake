@@ -21,7 +21,7 @@ function(trunnion_reached_headers variable source_dir)
 endfunction()
 
 # The inside of the platform layer: what the rest of the library asks of an operating system.
-set(TRUNNION_PLATFORM_INTERNALS trunnion/platform/drive_map.h trunnion/platform/files.h trunnion/platform/settings.h)
+set(TRUNNION_PLATFORM_INTERNALS trunnion/platform/directories.h trunnion/platform/drive_map.h trunnion/platform/files.h trunnion/platform/settings.h)
 
 # trunnion_public_headers(<variable> <source dir>): the headers meant for users.
 function(trunnion_public_headers variable source_dir)

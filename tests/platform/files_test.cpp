@@ -1,23 +1,15 @@
 // Drive paths, names that differ in case, and files that are no files.
 #include "trunnion/platform/files.h"
-#include "trunnion/platform/system.h"
 
 #include <memory>
 
 #include <gtest/gtest.h>
 
-#include "tests/support/temp_dir.h"
+#include "tests/support/temp_drive.h"
 
 namespace {
 
 using trunnion::detail::openFile;
-
-struct MappedDrive {
-    explicit MappedDrive(const test::TempDir &dir) {
-        trunnion::MapDrive('E', dir.path("").c_str());
-    }
-    ~MappedDrive() { trunnion::MapDrive('E', nullptr); }
-};
 
 bool canRead(const std::string &path) {
     const std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(openFile(path.c_str(), "rb"),
@@ -26,8 +18,7 @@ bool canRead(const std::string &path) {
 }
 
 TEST(Files, DrivePathGoesThroughTheMapWithBackslashesAsSeparators) {
-    const test::TempDir dir;
-    const MappedDrive drive(dir);
+    const test::TempDrive dir;
     std::filesystem::create_directory(dir.path("sub"));
     test::writeBytes(dir.path("sub/part.nc"), "G0");
     EXPECT_TRUE(canRead("E:\\sub\\part.nc"));
@@ -36,8 +27,7 @@ TEST(Files, DrivePathGoesThroughTheMapWithBackslashesAsSeparators) {
 }
 
 TEST(Files, NameIsFoundWithoutRegardToCaseOnlyWhereTheExactOneIsMissing) {
-    const test::TempDir dir;
-    const MappedDrive drive(dir);
+    const test::TempDrive dir;
     std::filesystem::create_directory(dir.path("Sub"));
     test::writeBytes(dir.path("Sub/Part.NC"), "first");
     EXPECT_TRUE(canRead("E:\\SUB\\part.nc"));
@@ -48,8 +38,7 @@ TEST(Files, NameIsFoundWithoutRegardToCaseOnlyWhereTheExactOneIsMissing) {
 }
 
 TEST(Files, NewFileGetsTheSpellingOfTheCaller) {
-    const test::TempDir dir;
-    const MappedDrive drive(dir);
+    const test::TempDrive dir;
     std::fclose(openFile("E:\\New.Dat", "wb"));
     EXPECT_TRUE(std::filesystem::exists(dir.path("New.Dat")));
 }

@@ -1,4 +1,5 @@
 #include "trunnion/platform/drive_map.h"
+#include "trunnion/platform/directories.h"
 #include "trunnion/platform/system.h"
 
 #include <array>
@@ -72,7 +73,7 @@ bool driveRoot(char letter, std::string &root) {
     return true;
 }
 
-unsigned int mappedDrives() {
+unsigned int logicalDrives() {
     DriveMap &map = driveMap();
     const std::lock_guard<std::mutex> lock(map.mutex);
     unsigned int bits = 0;

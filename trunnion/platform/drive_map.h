@@ -12,7 +12,4 @@ bool isDrivePath(const char *path);
 // False if the drive is not mapped.
 bool driveRoot(char letter, std::string &root);
 
-// A set bit for every mapped drive, bit 0 for A.
-unsigned int mappedDrives();
-
 } // namespace trunnion::detail

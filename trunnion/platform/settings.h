@@ -1,7 +1,9 @@
-// What the system knows of itself: the clock.
+// What the system knows of itself: the clock, the special folders, the values of ini files.
 //
 // Internal: the library's own code calls these, hosts do not.
 #pragma once
+
+#include <string>
 
 namespace trunnion::detail {
 
@@ -17,5 +19,17 @@ struct UtcTime {
 };
 
 UtcTime systemTime();
+
+// The directory of the installed ini files and the user's documents folder, as drive paths without
+// a separator at the end. They need not exist.
+std::string windowsDirectory();
+std::string documentsDirectory();
+
+// The value of `key` in the first section of an ini file that has the name `section`, or `fallback`
+// if there is no such file, section or key. A file name without a separator or a drive is looked up
+// in the Windows directory. Names of sections and keys are compared without regard to case; a value
+// loses blanks at both ends and then a pair of quotes, and ends after 259 bytes; a line that begins
+// with a semicolon is no entry.
+std::string iniValue(const char *section, const char *key, const char *fallback, const char *file);
 
 } // namespace trunnion::detail

@@ -13,6 +13,12 @@ namespace trunnion {
 // Z is ignored.
 TRUNNION_API void MapDrive(char letter, const char *directory);
 
+// The directory of the installed ini files (at start "C:\etc") and the user's documents folder (at
+// start "Documents" in the user's home), both as drive paths; a separator at the end is dropped.
+// Null restores what stood at start. Neither directory is made.
+TRUNNION_API void SetWindowsDirectory(const char *path);
+TRUNNION_API void SetDocumentsDirectory(const char *path);
+
 // Shows message boxes: receives the text and the type flags of the box, returns the button's
 // number. Null restores the default.
 TRUNNION_API void SetMessageBoxHandler(int (*handler)(const char *text, unsigned int type));
