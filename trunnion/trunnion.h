@@ -23,6 +23,7 @@
 #include "trunnion/geometry/rectangles.h"
 #include "trunnion/geometry/scalars.h"
 #include "trunnion/geometry/vectors.h"
+#include "trunnion/host/paths.h"
 #include "trunnion/host/text_scan.h"
 #include "trunnion/meshes/mesh_records.h"
 #include "trunnion/meshes/node_arr.h"
