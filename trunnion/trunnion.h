@@ -24,6 +24,7 @@
 #include "trunnion/geometry/scalars.h"
 #include "trunnion/geometry/vectors.h"
 #include "trunnion/host/paths.h"
+#include "trunnion/host/setup.h"
 #include "trunnion/host/text_scan.h"
 #include "trunnion/meshes/mesh_records.h"
 #include "trunnion/meshes/node_arr.h"
