@@ -20,13 +20,24 @@ function(trunnion_reached_headers variable source_dir)
   set(${variable} ${reached} PARENT_SCOPE)
 endfunction()
 
-# The inside of the platform layer: what the rest of the library asks of an operating system.
-set(TRUNNION_PLATFORM_INTERNALS trunnion/platform/directories.h trunnion/platform/drive_map.h trunnion/platform/files.h trunnion/platform/settings.h)
+# trunnion_internal_headers(<variable> <source dir>): headers that are not meant for users: those in the folders named
+# detail, and those that say so ("Internal: ...") at their top.
+function(trunnion_internal_headers variable source_dir)
+  file(GLOB_RECURSE headers RELATIVE ${source_dir} ${source_dir}/trunnion/*.h)
+  set(internal "")
+  foreach(header IN LISTS headers)
+    file(STRINGS ${source_dir}/${header} mark LIMIT_COUNT 1 REGEX "^// Internal:")
+    if(mark OR header MATCHES "/detail/")
+      list(APPEND internal ${header})
+    endif()
+  endforeach()
+  set(${variable} ${internal} PARENT_SCOPE)
+endfunction()
 
-# trunnion_public_headers(<variable> <source dir>): the headers meant for users.
+# trunnion_public_headers(<variable> <source dir>): the headers meant for users, but for trunnion.h, which includes them.
 function(trunnion_public_headers variable source_dir)
   file(GLOB_RECURSE headers RELATIVE ${source_dir} ${source_dir}/trunnion/*.h)
-  list(FILTER headers EXCLUDE REGEX "/detail/")
-  list(REMOVE_ITEM headers trunnion/trunnion.h ${TRUNNION_PLATFORM_INTERNALS})
+  trunnion_internal_headers(internal ${source_dir})
+  list(REMOVE_ITEM headers trunnion/trunnion.h ${internal})
   set(${variable} ${headers} PARENT_SCOPE)
 endfunction()

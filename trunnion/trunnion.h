@@ -38,7 +38,6 @@
 #include "trunnion/persistence/lzw.h"
 #include "trunnion/persistence/stream.h"
 #include "trunnion/platform/bitmap_info.h"
-#include "trunnion/platform/directories.h"
 #include "trunnion/platform/framework.h"
 #include "trunnion/platform/point.h"
 #include "trunnion/platform/system.h"

@@ -1,4 +1,6 @@
 // The drives of a system that has none: which directory stands behind which letter.
+//
+// Internal: hosts call MapDrive (system.h).
 #pragma once
 
 #include <string>
