@@ -1,0 +1,111 @@
+// Meshes: made from a profile, put together from loose triangles, and given normals.
+#include "bench/inputs.h"
+
+#include <algorithm>
+
+#include "trunnion/meshes/quad_arr.h"
+
+namespace {
+
+using bench::Point;
+
+// A row of 100 nodes in the x-z plane, turned about Z in 360 steps. The list then holds the row
+// itself, a row for each step, and the first one again.
+void sweep(benchmark::State &state) {
+    constexpr int rowLength = 100;
+    constexpr int steps = 360;
+    constexpr int nodeCount = rowLength * (steps + 2);
+    NodeArr profile;
+    for (int i = 0; i < rowLength; ++i) {
+        profile.AddItemM(bench::nodeAt(
+            {5.0F + 0.01F * static_cast<float>(i), 0.0F, 0.1F * static_cast<float>(i)}));
+    }
+    const Point origin{};
+    const Point axis = {0, 0, 1};
+    const auto extend = [&](NodeArr &nodes) {
+        return nodes.ExtendByRotateToCircleM(steps, origin.data(), axis.data(), 0.0F,
+                                             static_cast<float>(2.0 * std::numbers::pi));
+    };
+    NodeArr swept = profile;
+    extend(swept);
+    bench::require(swept.GetAvailableNumM() == nodeCount, "nodes of a sweep");
+    for (int i = 0; i < swept.GetBoundM(); ++i) {
+        const float *p = swept.GetItemPM(i)->GetPntPM();
+        const float *first = profile.GetItemPM(i % rowLength)->GetPntPM();
+        const double angle = 2.0 * std::numbers::pi * std::min(i / rowLength, steps) / steps;
+        bench::require(bench::isNear(p[0], first[0] * std::cos(angle)) &&
+                           bench::isNear(p[1], first[0] * std::sin(angle)) && p[2] == first[2],
+                       "sweep");
+    }
+    for (auto _ : state) {
+        NodeArr nodes = profile;
+        extend(nodes);
+        benchmark::DoNotOptimize(nodes.GetBoundM());
+    }
+    bench::reportPerItem(state, nodeCount);
+}
+BENCHMARK(sweep)->Unit(benchmark::kMillisecond);
+
+// On a sphere the normals are known.
+void nodeNormals(benchmark::State &state) {
+    constexpr int side = 200;
+    bench::Patch patch = bench::spherePatch(side);
+    const QuadArr noQuads;
+    patch.nodes.CalculateNormByFaceviewLst(patch.triangles, noQuads);
+    for (int i = 0; i < side * side; ++i) {
+        const float *p = patch.nodes.GetItemPM(i)->GetPntPM();
+        const float *normal = patch.nodes.GetItemPM(i)->GetNormalPM();
+        const double cosine =
+            bench::dot({p[0], p[1], p[2]}, {normal[0], normal[1], normal[2]}) / 200;
+        bench::require(bench::isNear(cosine, 1.0, 1e-4), "normals");
+    }
+    for (auto _ : state) {
+        patch.nodes.CalculateNormByFaceviewLst(patch.triangles, noQuads);
+    }
+    bench::reportPerItem(state, side * side);
+}
+BENCHMARK(nodeNormals)->Unit(benchmark::kMillisecond);
+
+// The loose triangles of a grid become a mesh again: three nodes for each.
+void mergeNodes(benchmark::State &state) {
+    const int side = static_cast<int>(state.range(0));
+    const bench::Patch patch = bench::spherePatch(side);
+    const int triangles = patch.triangles.GetBoundM();
+    const auto merge = [&] {
+        NodeArr merged;
+        int idx = 0;
+        for (int i = 0; i < 3 * triangles; ++i) {
+            const int corner = patch.triangles.GetItemPM(i / 3)->GetNodeIdxPM()[i % 3];
+            merged.MergeNodeLstM(*patch.nodes.GetItemPM(corner), &idx);
+        }
+        return merged.GetBoundM();
+    };
+    bench::require(merge() == side * side, "number of merged nodes");
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(merge());
+    }
+    bench::reportPerItem(state, static_cast<std::size_t>(3 * triangles));
+}
+BENCHMARK(mergeNodes)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);
+
+// Every triangle comes twice.
+void mergeTriangles(benchmark::State &state) {
+    const int side = static_cast<int>(state.range(0));
+    const bench::Patch patch = bench::spherePatch(side);
+    const int triangles = patch.triangles.GetBoundM();
+    const auto merge = [&] {
+        TriangleArr merged;
+        for (int i = 0; i < 2 * triangles; ++i) {
+            merged.MergeTriangleLstM(*patch.triangles.GetItemPM(i % triangles));
+        }
+        return merged.GetBoundM();
+    };
+    bench::require(merge() == triangles, "number of merged triangles");
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(merge());
+    }
+    bench::reportPerItem(state, static_cast<std::size_t>(2 * triangles));
+}
+BENCHMARK(mergeTriangles)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);
+
+} // namespace
