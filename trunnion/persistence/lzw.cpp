@@ -9,6 +9,7 @@
 #include "trunnion/persistence/detail/owned.h"
 
 using trunnion::detail::allocateOwned;
+using trunnion::detail::frameworkAllocateCleared;
 using trunnion::detail::frameworkFree;
 using trunnion::detail::isPossibleLzwHead;
 using trunnion::detail::LzwHead;
@@ -24,7 +25,9 @@ bool isSpecial(unsigned code) {
 // Both places have copyWidth bytes of room; a longer string may overlap its copy.
 void copyString(unsigned char *to, const unsigned char *from, std::uint32_t length) {
     if (length <= copyWidth) {
-        std::memcpy(to, from, copyWidth);
+        unsigned char piece[copyWidth]; // both places may overlap
+        std::memcpy(piece, from, copyWidth);
+        std::memcpy(to, piece, copyWidth);
     } else {
         std::memmove(to, from, length);
     }
@@ -134,10 +137,12 @@ unsigned long FCLzw::LZW_Encode(unsigned char *source, unsigned long length, uns
     if (length > trunnion::detail::lzwDecodedMaximum) {
         return 0;
     }
-    const Owned<EncodeTables> tables = allocateOwned<EncodeTables>();
+    const Owned<EncodeTables> tables(
+        static_cast<EncodeTables *>(frameworkAllocateCleared(sizeof(EncodeTables))));
     Owned<unsigned char> block = allocateOwned<unsigned char>(blockRoom(length));
     encodeTable = tables->codes;
     encodeStrings = tables->strings;
+    nextCode = 0; // nothing was entered yet
     const std::uint32_t count = static_cast<std::uint32_t>(length);
     setSource(source, count, count > 0 ? 1 : 0, count, byteBits);
     outputPos = block.get() + lzwHeadSize;

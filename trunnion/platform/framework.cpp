@@ -77,14 +77,29 @@ void CMemoryException::Delete() {
 
 namespace trunnion::detail {
 
-void *frameworkAllocate(std::size_t size) {
-    // No heap gives a block beyond PTRDIFF_MAX, and some checkers stop a process that asks for one.
-    void *block = size < PTRDIFF_MAX ? std::malloc(size != 0 ? size : 1) : nullptr;
+namespace {
+
+void *orThrow(void *block) {
     if (block == nullptr) {
         static CMemoryException exhausted;
         throw &exhausted;
     }
     return block;
+}
+
+// No heap gives a block beyond PTRDIFF_MAX, and some checkers stop a process that asks for one.
+bool isPossibleSize(std::size_t size) {
+    return size < PTRDIFF_MAX;
+}
+
+} // namespace
+
+void *frameworkAllocate(std::size_t size) {
+    return orThrow(isPossibleSize(size) ? std::malloc(size != 0 ? size : 1) : nullptr);
+}
+
+void *frameworkAllocateCleared(std::size_t size) {
+    return orThrow(isPossibleSize(size) ? std::calloc(size != 0 ? size : 1, 1) : nullptr);
 }
 
 void frameworkFree(void *block) {

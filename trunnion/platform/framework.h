@@ -64,6 +64,8 @@ namespace trunnion::detail {
 // The framework's operator new as a function: `size` bytes of the heap, or CMemoryException * is
 // thrown.
 TRUNNION_API void *frameworkAllocate(std::size_t size);
+// The same with every byte 0. Of a big block only the part that is used costs time.
+TRUNNION_API void *frameworkAllocateCleared(std::size_t size);
 // The framework's operator delete; null is allowed.
 TRUNNION_API void frameworkFree(void *block);
 

@@ -57,10 +57,31 @@ inline void FCLzw::setSource(unsigned char *base, std::uint32_t width, std::uint
     endCode = static_cast<unsigned short>((1U << symbolBits) + 1);
 }
 
+// Where a string's number is scattered to by a multiplication (D. Knuth, The Art of Computer
+// Programming, volume 3, 6.4).
+inline std::uint32_t placeOfString(std::uint32_t string) {
+    return (string * 2654435769U) >> (32 - encodePlaceBits);
+}
+
+// Takes back what was entered, the last first: each string is then still found where it was put. A
+// table that was used a good deal is cleared as a whole, which takes less time for each string.
 inline void FCLzw::Encode_InitStringTable() {
-    nextCode = static_cast<unsigned short>(endCode + 1);
+    constexpr unsigned fewStrings = 512;
+    const unsigned first = endCode + 1U;
+    const unsigned used = nextCode > first ? nextCode - first : 0;
+    if (used > fewStrings) {
+        std::memset(encodeTable, 0, encodePlaces * sizeof *encodeTable);
+    } else {
+        for (unsigned code = first + used; code-- > first;) {
+            std::uint32_t place = placeOfString(encodeStrings[code]);
+            while (encodeTable[place] != code && encodeTable[place] != 0) {
+                place = (place + 1) % encodePlaces;
+            }
+            encodeTable[place] = 0;
+        }
+    }
+    nextCode = static_cast<unsigned short>(first);
     codeWidth = static_cast<unsigned char>(minCodeSize + 1);
-    std::memset(encodeTable, 0, encodePlaces * sizeof *encodeTable);
 }
 
 // Symbols of 8 bits come first, since a stream has no others.
@@ -82,11 +103,10 @@ inline unsigned char FCLzw::Encode_GetNextPixel() {
     return symbol;
 }
 
-// Looks from where the string's number is scattered to by a multiplication (D. Knuth, The Art of
-// Computer Programming, volume 3, 6.4) upward, to the string or a free place.
+// Looks from the string's place upward, to the string or a free place.
 inline bool FCLzw::Encode_IsInTable(unsigned short prefix, unsigned short symbol) {
     const std::uint32_t string = prefix * symbolCount + symbol;
-    std::uint32_t place = (string * 2654435769U) >> (32 - encodePlaceBits);
+    std::uint32_t place = placeOfString(string);
     std::uint32_t found = encodeTable[place];
     while (found != 0 && encodeStrings[found] != string) {
         place = (place + 1) % encodePlaces;

@@ -1,0 +1,115 @@
+// Names and directories on Windows.
+#include "trunnion/platform/directories.h"
+
+#include <cstring>
+#include <memory>
+
+#include <windows.h>
+
+namespace trunnion::detail {
+
+namespace {
+
+// A search of names, closed when it is dropped.
+class Search {
+public:
+    explicit Search(const std::string &pattern) : handle(FindFirstFileA(pattern.c_str(), &entry)) {}
+    ~Search() {
+        if (handle != INVALID_HANDLE_VALUE) {
+            FindClose(handle);
+        }
+    }
+    Search(const Search &) = delete;
+    Search &operator=(const Search &) = delete;
+
+    bool hasFound() const { return handle != INVALID_HANDLE_VALUE; }
+    bool next() { return FindNextFileA(handle, &entry) != 0; }
+    const char *name() const { return entry.cFileName; }
+    bool isDirectory() const { return has(FILE_ATTRIBUTE_DIRECTORY); }
+    bool isLink() const { return has(FILE_ATTRIBUTE_REPARSE_POINT); }
+
+private:
+    bool has(DWORD attribute) const { return (entry.dwFileAttributes & attribute) != 0; }
+
+    WIN32_FIND_DATAA entry{};
+    HANDLE handle;
+};
+
+bool isDots(const char *name) {
+    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
+}
+
+} // namespace
+
+Found findName(const char *path) {
+    const Search search(path);
+    if (!search.hasFound()) {
+        return Found::nothing;
+    }
+    return search.isDirectory() ? Found::directory : Found::file;
+}
+
+bool listDirectory(const char *path, std::vector<DirectoryEntry> &entries) {
+    entries.clear();
+    std::string prefix = path;
+    if (!prefix.empty() && std::strchr("\\/:", prefix.back()) == nullptr) {
+        prefix += '\\';
+    }
+    Search search(prefix + '*');
+    if (!search.hasFound()) {
+        return false;
+    }
+    do {
+        if (!isDots(search.name())) {
+            entries.push_back(
+                {search.name(), prefix + search.name(), search.isDirectory(), search.isLink()});
+        }
+    } while (search.next());
+    return true;
+}
+
+bool isLink(const char *path) {
+    const DWORD attributes = GetFileAttributesA(path);
+    return attributes != INVALID_FILE_ATTRIBUTES &&
+           (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+// The root of a drive.
+bool isSystemRoot(const char *path) {
+    char full[MAX_PATH];
+    const DWORD length = GetFullPathNameA(path, MAX_PATH, full, nullptr);
+    constexpr DWORD driveRoot = 3; // "C:\"
+    return length > 0 && length <= driveRoot;
+}
+
+bool makeDirectory(const char *path) {
+    return CreateDirectoryA(path, nullptr) != 0;
+}
+
+bool removeDirectory(const char *path) {
+    return RemoveDirectoryA(path) != 0;
+}
+
+bool removeFile(const char *path) {
+    return DeleteFileA(path) != 0;
+}
+
+bool copyFile(const char *source, const char *target) {
+    return CopyFileA(source, target, FALSE) != 0;
+}
+
+std::string inCurrentDirectory(const char *name) {
+    char directory[MAX_PATH];
+    const DWORD length = GetCurrentDirectoryA(MAX_PATH, directory);
+    if (length == 0 || length >= MAX_PATH) {
+        return {};
+    }
+    const bool isRoot = directory[length - 1] == '\\';
+    return std::string(directory) + (isRoot ? "" : "\\") + name;
+}
+
+unsigned int logicalDrives() {
+    return GetLogicalDrives();
+}
+
+} // namespace trunnion::detail
