@@ -1,37 +1,15 @@
 // Merging finds through an index what the plain scan finds, whatever happens to the list between
 // merges and when memory is short.
-#include <cstdlib>
 #include <limits>
-#include <new>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/random.h"
+#include "tests/support/short_memory.h"
 #include "trunnion/geometry/scalars.h"
 #include "trunnion/meshes/node_arr.h"
 #include "trunnion/meshes/triangle_arr.h"
-
-namespace {
-
-bool memoryIsShort = false; // every operator new fails
-
-} // namespace
-
-// Not inlined: compilers warn where they see only one of the pair.
-[[gnu::noinline]] void *operator new(std::size_t size) {
-    void *block = memoryIsShort ? nullptr : std::malloc(size);
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    return block;
-}
-[[gnu::noinline]] void operator delete(void *block) noexcept {
-    std::free(block);
-}
-[[gnu::noinline]] void operator delete(void *block, std::size_t /*size*/) noexcept {
-    std::free(block);
-}
 
 namespace {
 
@@ -91,7 +69,7 @@ TEST(MergeIndex, FindsTheNodeThatTheScanFinds) {
                 list.PurgeMultiSamePntsToOneM(1);
                 break;
             case 5:
-                memoryIsShort = random.oneIn(2);
+                test::memoryIsShort = random.oneIn(2);
                 break;
             default:
                 break;
@@ -100,7 +78,7 @@ TEST(MergeIndex, FindsTheNodeThatTheScanFinds) {
             const int expected = scanForNode(list, node);
             int slot = -1;
             list.MergeNodeLstM(node, &slot);
-            memoryIsShort = false;
+            test::memoryIsShort = false;
             ASSERT_EQ(slot, expected) << "round " << round << " step " << step;
         }
     }
@@ -150,7 +128,7 @@ TEST(MergeIndex, RefusesTheTrianglesThatTheScanRefuses) {
                 list.PurgeDeletedTrianglesM();
                 break;
             case 4:
-                memoryIsShort = random.oneIn(2);
+                test::memoryIsShort = random.oneIn(2);
                 break;
             default:
                 break;
@@ -159,7 +137,7 @@ TEST(MergeIndex, RefusesTheTrianglesThatTheScanRefuses) {
             triangle.SetTriangleM(nodes);
             const bool refused = triangle.isDegenerate() || scanForTriangle(list, nodes);
             const int result = list.MergeTriangleLstM(triangle);
-            memoryIsShort = false;
+            test::memoryIsShort = false;
             ASSERT_EQ(result, refused ? 0 : 1) << "round " << round << " step " << step;
         }
     }

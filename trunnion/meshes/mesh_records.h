@@ -19,6 +19,8 @@
 #include "trunnion/export.h"
 
 class IntArr;
+class NodeArr;
+class Point2DArr;
 class Point3DArr;
 
 // A node: a point and a normal, which is of unit length only where it came in through SetNormM.
@@ -184,6 +186,16 @@ public:
     // other number than 0, 1, 2 writes nothing.
     void GetOtherTwoIdxI(int position, int *const others);
 
+    // Unfolds the triangle, whose slot is `slot`, into the texture plane
+    // (TriangleArr::GetTexCoordM): from the entries of the corners a and b, a pair (0, 1), (1, 2)
+    // or (2, 0) of positions, it sets that of the third. The third corner keeps its distance from b
+    // and, by slCalAngleTwoVects about the facet normal, the angle at b. Where the entries of a and
+    // b coincide to slDistance2, the direction from b to a is that of the first axis. The three
+    // vectors are not read and may be null. Other positions, and a triangle with a node outside
+    // `nodes`, change nothing.
+    void SetTexCoordM(int slot, int a, int b, const float *const unused1,
+                      const float *const unused2, const float *const unused3, const NodeArr &nodes,
+                      Point2DArr *coordinates);
     // Draws the triangle in the current OpenGL context: the facet normal and the three nodes, taken
     // from `points`, between glBegin and glEnd. The tag is not looked at.
     void ShowM(const Point3DArr &points) const;

@@ -16,6 +16,8 @@
 
 class Int2DArr;
 class NodeArr;
+class Point2DArr;
+struct XYCoordSysD;
 
 extern template class ItemArr<TriangleCL>;
 
@@ -91,6 +93,35 @@ public:
     // that name no triangle, or nodes outside `nodes`, are passed over.
     void FindTriangleByVectM(const float *const vector, const NodeArr &nodes, const Int2DArr &found,
                              int *position) const;
+
+    // Texture coordinates.
+
+    // Lays the mesh flat: a start triangle is placed in the plane, then its neighbours are unfolded
+    // one by one across the edges that they share, lengths and angles kept. Entry 3 t + p of
+    // `coordinates` receives the point of the corner at position p of slot t, in the mesh's
+    // lengths, so that a node may have another point in each of its triangles. Entries of slots
+    // that are not reached stay. Before, `coordinates` grows by AddSizeM of three times the bound.
+    //
+    // Without a frame (the first float of `frame` is SL_DELETED_REAL) the start is slot 0, with its
+    // first corner at (0, 0). With one, it is the triangle at the node nearest to the origin of the
+    // frame (NodeArr::GetMinPntIdxM) that has an edge along the x axis there
+    // (FindTriangleByVectM), turned about that node until the node's normal, which must have been
+    // set, is that of the frame.
+    //
+    // A step leads from (i0, i1, i2) over the first of the edges (i0, i2), (i1, i0), (i2, i1) that
+    // an unreached triangle has in its own order; the lowest slot wins. A neighbour of the opposite
+    // winding is thus none. Where there is no step the walk goes on from the lowest slot that was
+    // reached and is not finished; one that was deleted (tag 32) counts as reached.
+    //
+    // 1 when every live triangle was reached, 0 when some were not: they keep the tag 31. A
+    // triangle that names a node outside `nodes` is not reached. 0 as well, and nothing placed, if
+    // there is no start: an empty list, without a frame a slot 0 that is not live, with one a start
+    // node without a triangle.
+    //
+    // The walk uses up the list: reached triangles end with the tag 37, 38 or 30, for one, two or
+    // all edges tried, and none of them is live any more. Work on a copy to keep it. Cost n log n;
+    // n squared where memory is short.
+    int GetTexCoordM(const XYCoordSysD &frame, Point2DArr *coordinates, const NodeArr &nodes);
 
 private:
     friend class NodeArr;

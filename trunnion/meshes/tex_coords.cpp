@@ -1,0 +1,463 @@
+// Texture coordinates: a triangle mesh unfolded into the plane, triangle by triangle across the
+// edges that they share.
+//
+// Which neighbour comes next is settled by scans: the lowest unreached slot that holds an edge, the
+// lowest marked slot where the walk is stuck. Both are answered here by structures that are built
+// once for each call, the edges by hash and the marked slots as a heap, so that the whole walk
+// costs n log n. They name the same slots as the scans, which take over where there is no memory
+// for them.
+#include <algorithm>
+#include <bit>
+#include <climits>
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <new>
+#include <optional>
+#include <vector>
+
+#include "trunnion/containers/slot_array.h"
+#include "trunnion/geometry/detail/guards.h"
+#include "trunnion/geometry/detail/vec.h"
+#include "trunnion/geometry/matrices.h"
+#include "trunnion/geometry/planes.h"
+#include "trunnion/geometry/scalars.h"
+#include "trunnion/meshes/detail/merge_index.h"
+#include "trunnion/meshes/node_arr.h"
+#include "trunnion/meshes/triangle_arr.h"
+
+using trunnion::detail::cross;
+using trunnion::detail::dot;
+using trunnion::detail::load2;
+using trunnion::detail::load3;
+using trunnion::detail::store;
+using trunnion::detail::unit;
+using trunnion::detail::Vec2;
+using trunnion::detail::Vec3;
+
+namespace {
+
+constexpr int corners = TriangleCL::cornerCount;
+
+// More slots than this have entries that an int cannot number.
+constexpr int mostSlots = INT_MAX / corners;
+
+// A corner of a triangle in a list, as the number of its entry in the result.
+constexpr int entryOf(int slot, int position) {
+    return slot * corners + position;
+}
+constexpr int slotOf(int entry) {
+    return entry / corners;
+}
+constexpr int positionOf(int entry) {
+    return entry % corners;
+}
+
+void setEntry(Point2DArr &coordinates, int entry, const Vec2 &value) {
+    float rounded[2];
+    store(value, rounded);
+    coordinates.SetItemM(rounded, entry);
+}
+
+// The nodes of a triangle by position; empty if the node list does not hold all of them.
+class CornerNodes {
+public:
+    CornerNodes(const TriangleCL &triangle, const NodeArr &list) {
+        for (int i = 0; i < corners; ++i) {
+            nodes[i] = list.GetItemPM(triangle.GetNodeIdxPM()[i]);
+            complete = complete && nodes[i] != nullptr;
+        }
+    }
+    bool isComplete() const { return complete; }
+    const NodeCL &operator[](int position) const { return *nodes[position]; }
+    const float *pointOf(int position) const { return nodes[position]->GetPntPM(); }
+
+private:
+    const NodeCL *nodes[corners];
+    bool complete = true;
+};
+
+// Start of the walk: each function places one triangle and returns its slot, or -1 with nothing
+// placed.
+
+bool hasFrame(const XYCoordSysD &frame) {
+    return !(std::fabs(static_cast<double>(frame.origin[0]) - SL_DELETED_REAL) <= SL_ZERO);
+}
+
+// Slot 0 in its own plane, with its first corner at (0, 0).
+int placeWithoutFrame(const TriangleArr &triangles, const NodeArr &nodes, Point2DArr &coordinates) {
+    const TriangleCL *start = triangles.GetItemPM(0);
+    if (start == nullptr || start->IsAvailableM() != TAG_AVAILABLE) {
+        return -1;
+    }
+    const CornerNodes corner(*start, nodes);
+    if (!corner.isComplete()) {
+        return -1;
+    }
+    float u[3];
+    float w[3];
+    slOthPlane(start->GetNormPM(), u, w);
+    setEntry(coordinates, 0, {0.0, 0.0});
+    for (int i = 1; i < corners; ++i) {
+        const Vec3 d = load3(corner.pointOf(i)) - load3(corner.pointOf(0));
+        setEntry(coordinates, i, {dot(d, load3(u)), dot(d, load3(w))});
+    }
+    return 0;
+}
+
+// The corner at the node nearest to the frame's origin, in the triangle that has an edge most
+// nearly along the x axis there; -1 if there is none.
+int findStartEntry(const TriangleArr &triangles, const XYCoordSysD &frame, const NodeArr &nodes) {
+    int node = SL_DELETED_INT;
+    nodes.GetMinPntIdxM(frame.origin, frame.yAxis, frame.xAxis, &node);
+    Int2DArr found;
+    triangles.FindTriangleM(node, &found);
+    int chosen = -1;
+    triangles.FindTriangleByVectM(frame.yAxis, nodes, found, &chosen);
+    const int *entry = found.GetItemPM(chosen);
+    return entry != nullptr ? entryOf(entry[0], entry[1]) : -1;
+}
+
+// The turn about `node` that brings its normal to `z`.
+void makeTilt(const NodeCL &node, const Vec3 &z, float *m) {
+    float axis[3];
+    float toward[3];
+    store(unit(cross(load3(node.GetNormalPM()), z)), axis);
+    store(z, toward);
+    const float angle = slCalAngleTwoVects(node.GetNormalPM(), toward, axis);
+    slGetRotateMatrix(node.GetPntPM(), axis, angle, m);
+}
+
+// The start triangle, tilted about its start node until the node's normal is that of the frame, in
+// the coordinates of the frame.
+int placeInFrame(const TriangleArr &triangles, const XYCoordSysD &frame, const NodeArr &nodes,
+                 Point2DArr &coordinates) {
+    const int startEntry = findStartEntry(triangles, frame, nodes);
+    if (startEntry < 0) {
+        return -1;
+    }
+    const int slot = slotOf(startEntry);
+    const CornerNodes corner(*triangles.GetItemPM(slot), nodes);
+    if (!corner.isComplete()) {
+        return -1;
+    }
+    const Vec3 x = load3(frame.xAxis);
+    const Vec3 y = load3(frame.yAxis);
+    const auto inFrame = [&](const Vec3 &d) { return Vec2{dot(d, x), dot(d, y)}; };
+    float tilt[16];
+    makeTilt(corner[positionOf(startEntry)], unit(cross(x, y)), tilt);
+
+    Vec3 first{};
+    Vec2 firstInFrame{};
+    for (int i = 0; i < corners; ++i) {
+        const int position = (positionOf(startEntry) + i) % corners;
+        float tilted[3];
+        slMatrix16MultiPoint3(tilt, corner.pointOf(position), tilted);
+        if (i == 0) {
+            first = load3(tilted);
+            firstInFrame = inFrame(first - load3(frame.origin));
+            setEntry(coordinates, startEntry, firstInFrame);
+        } else {
+            setEntry(coordinates, entryOf(slot, position),
+                     inFrame(load3(tilted) - first) + firstInFrame);
+        }
+    }
+    return slot;
+}
+
+// The walk.
+
+// Tags of a triangle whose first, second and third edge has been tried.
+constexpr char triedTags[corners] = {37, 38, TAG_UNUSED};
+
+struct Edge {
+    int from;
+    int to;
+    bool operator==(const Edge &) const = default;
+};
+
+// The edge that leaves a corner in the triangle's order.
+Edge edgeAt(const TriangleCL &triangle, int position) {
+    const int *nodes = triangle.GetNodeIdxPM();
+    return {nodes[position], nodes[(position + 1) % corners]};
+}
+
+// The edge to be tried at a step 0, 1, 2: one of the triangle's own turned round, as a neighbour of
+// the same winding holds it.
+Edge triedEdge(const TriangleCL &triangle, int step) {
+    const int *nodes = triangle.GetNodeIdxPM();
+    return {nodes[step], nodes[(step + 2) % corners]};
+}
+
+bool isUnreached(const TriangleCL &triangle) {
+    return triangle.IsAvailableM() == TAG_AVAILABLE;
+}
+
+// Marked as reached but not finished. A deleted triangle counts as such, too.
+bool isMarked(const TriangleCL &triangle) {
+    return triangle.IsAvailableM() != TAG_UNUSED && triangle.IsAvailableM() != TAG_AVAILABLE;
+}
+
+// The triangles of a walk.
+struct TriangleSpan {
+    TriangleCL *items;
+    int bound;
+    const NodeArr &nodes;
+
+    TriangleCL &operator[](int slot) const { return items[slot]; }
+    // One that names a node outside the node list cannot be placed.
+    bool isPlaceable(int slot) const { return CornerNodes(items[slot], nodes).isComplete(); }
+};
+
+// The edges of the unreached triangles, found by their nodes. An edge is known by the entry of the
+// corner that it leaves.
+class EdgeMap {
+public:
+    // Throws std::bad_alloc.
+    explicit EdgeMap(const TriangleSpan &list)
+        : triangles(list), heads(std::bit_ceil(edgeCount(list)), -1), next(edgeCount(list), -1) {
+        // From the last edge to the first, so that every chain ascends.
+        for (int slot = list.bound - 1; slot >= 0; --slot) {
+            if (!isUnreached(list[slot]) || !list.isPlaceable(slot)) {
+                continue;
+            }
+            for (int position = corners - 1; position >= 0; --position) {
+                int &head = headOf(edgeAt(list[slot], position));
+                next[entryOf(slot, position)] = head;
+                head = entryOf(slot, position);
+            }
+        }
+    }
+
+    // Lowest unreached slot other than `current` with the edge, as the entry of the edge, or -1.
+    // What is reached, or is about to be as `current` is, never becomes unreached again and leaves
+    // its chain.
+    int find(const Edge &edge, int current) {
+        int *link = &headOf(edge);
+        while (*link >= 0) {
+            const int slot = slotOf(*link);
+            if (slot == current || !isUnreached(triangles[slot])) {
+                *link = next[*link];
+            } else if (edgeAt(triangles[slot], positionOf(*link)) == edge) {
+                return *link;
+            } else {
+                link = &next[*link];
+            }
+        }
+        return -1;
+    }
+
+private:
+    static std::size_t edgeCount(const TriangleSpan &list) {
+        return static_cast<std::size_t>(list.bound) * corners;
+    }
+    int &headOf(const Edge &edge) {
+        const std::uint64_t key =
+            static_cast<std::uint64_t>(edge.from) << 32 | static_cast<std::uint32_t>(edge.to);
+        return heads[trunnion::detail::scramble(key) & (heads.size() - 1)];
+    }
+
+    TriangleSpan triangles;
+    std::vector<int> heads; // entries, or -1; their number is a power of two
+    std::vector<int> next;  // by entry
+};
+
+// The marked slots as a heap. A slot is entered once, when it is marked, and leaves when it is
+// found finished at the top.
+class MarkedSlots {
+public:
+    // Throws std::bad_alloc. Takes the memory for all slots, so that enter() cannot fail.
+    explicit MarkedSlots(const TriangleSpan &list) : triangles(list) {
+        heap.reserve(static_cast<std::size_t>(list.bound));
+        for (int slot = 0; slot < list.bound; ++slot) {
+            if (isMarked(list[slot])) {
+                heap.push_back(slot); // ascending numbers are a heap
+            }
+        }
+    }
+    void enter(int slot) {
+        heap.push_back(slot);
+        std::push_heap(heap.begin(), heap.end(), std::greater<>());
+    }
+    // Lowest marked slot, or SL_DELETED_INT.
+    int lowest() {
+        while (!heap.empty() && !isMarked(triangles[heap.front()])) {
+            std::pop_heap(heap.begin(), heap.end(), std::greater<>());
+            heap.pop_back();
+        }
+        return heap.empty() ? SL_DELETED_INT : heap.front();
+    }
+
+private:
+    TriangleSpan triangles;
+    std::vector<int> heap;
+};
+
+struct WalkIndex {
+    EdgeMap edges;
+    MarkedSlots marked;
+};
+
+// Nothing where memory is short.
+std::optional<WalkIndex> buildIndex(const TriangleSpan &triangles) {
+    try {
+        return WalkIndex{EdgeMap(triangles), MarkedSlots(triangles)};
+    } catch (const std::bad_alloc &) {
+        return std::nullopt;
+    }
+}
+
+class Walk {
+public:
+    Walk(const TriangleSpan &list, int *unreachedCount, Point2DArr *result)
+        : triangles(list),
+          unreached(*unreachedCount),
+          coordinates(*result),
+          index(buildIndex(list)) {}
+
+    // Unfolds from the triangle in slot `start`, which has been placed. True when no triangle is
+    // left.
+    bool run(int start) {
+        int current = start;
+        bool found = true;
+        while (unreached >= 1) {
+            if (!found) {
+                current = getFirstValidIdx();
+            }
+            if (current < 0) {
+                return false;
+            }
+            const Step step = tryEdges(current);
+            found = step.entry >= 0;
+            if (found) {
+                setTextureCoord(current, step);
+                current = slotOf(step.entry);
+            }
+        }
+        return true;
+    }
+
+private:
+    // A way out of a triangle: the shared edge, and the entry that it has in the neighbour, or -1.
+    struct Step {
+        Edge edge;
+        int entry;
+    };
+
+    Step tryEdges(int current) {
+        TriangleCL &triangle = triangles[current];
+        Step step{};
+        for (int i = 0; i < corners; ++i) {
+            step.edge = triedEdge(triangle, i);
+            step.entry = getNextRelTriangle(current, step.edge);
+            noteReached(current);
+            triangle.SetDeleteTagM(triedTags[i]);
+            if (step.entry >= 0) {
+                break;
+            }
+        }
+        return step;
+    }
+
+    // To be called before the tag of the triangle changes.
+    void noteReached(int slot) {
+        unreached -= isUnreached(triangles[slot]) ? 1 : 0;
+        if (index && !isMarked(triangles[slot])) {
+            index->marked.enter(slot);
+        }
+    }
+
+    int getFirstValidIdx() {
+        if (index) {
+            return index->marked.lowest();
+        }
+        const TriangleCL *end = triangles.items + triangles.bound;
+        const TriangleCL *first = std::find_if<const TriangleCL *>(triangles.items, end, isMarked);
+        return first != end ? static_cast<int>(first - triangles.items) : SL_DELETED_INT;
+    }
+
+    // The entry of `edge` in the lowest unreached slot other than `current` that has it in its own
+    // order, or -1. A neighbour of the opposite winding is none.
+    int getNextRelTriangle(int current, const Edge &edge) {
+        if (index) {
+            return index->edges.find(edge, current);
+        }
+        for (int slot = 0; slot < triangles.bound; ++slot) {
+            if (slot == current || !isUnreached(triangles[slot])) {
+                continue;
+            }
+            for (int position = 0; position < corners; ++position) {
+                if (edgeAt(triangles[slot], position) == edge && triangles.isPlaceable(slot)) {
+                    return entryOf(slot, position);
+                }
+            }
+        }
+        return -1;
+    }
+
+    // Copies the corners of the shared edge to the neighbour and places its third corner.
+    void setTextureCoord(int current, const Step &step) {
+        const int slot = slotOf(step.entry);
+        const int a = positionOf(step.entry);
+        const int b = (a + 1) % corners;
+        copyCorner(current, step.edge.from, entryOf(slot, a));
+        copyCorner(current, step.edge.to, entryOf(slot, b));
+        triangles[slot].SetTexCoordM(slot, a, b, nullptr, nullptr, nullptr, triangles.nodes,
+                                     &coordinates);
+    }
+
+    void copyCorner(int from, int node, int toEntry) {
+        float value[2];
+        coordinates.GetItemM(value, entryOf(from, triangles[from].positionOf(node)));
+        coordinates.SetItemM(value, toEntry);
+    }
+
+    TriangleSpan triangles;
+    int &unreached;
+    Point2DArr &coordinates;
+    std::optional<WalkIndex> index;
+};
+
+} // namespace
+
+int TriangleArr::GetTexCoordM(const XYCoordSysD &frame, Point2DArr *coordinates,
+                              const NodeArr &nodes) {
+    if (bound > mostSlots) {
+        return 0;
+    }
+    coordinates->AddSizeM(entryOf(bound, 0));
+    const int start = hasFrame(frame) ? placeInFrame(*this, frame, nodes, *coordinates)
+                                      : placeWithoutFrame(*this, nodes, *coordinates);
+    if (start < 0) {
+        return 0;
+    }
+    Walk walk({changedItems(), bound, nodes}, &available, coordinates);
+    return walk.run(start) ? 1 : 0;
+}
+
+void TriangleCL::SetTexCoordM(int slot, int a, int b, const float *const /*unused*/,
+                              const float *const /*unused*/, const float *const /*unused*/,
+                              const NodeArr &nodes, Point2DArr *coordinates) {
+    if (slot < 0 || slot >= mostSlots || a < 0 || a >= corners || b != (a + 1) % corners) {
+        return;
+    }
+    const CornerNodes corner(*this, nodes);
+    if (!corner.isComplete()) {
+        return;
+    }
+    const int c = (b + 1) % corners;
+    float toA[3];
+    float toC[3];
+    slVect(corner.pointOf(a), corner.pointOf(b), corner.pointOf(c), toA, toC);
+    const float angle = slCalAngleTwoVects(toA, toC, norm);
+
+    float placedA[2];
+    float placedB[2];
+    coordinates->GetItemM(placedA, entryOf(slot, a));
+    coordinates->GetItemM(placedB, entryOf(slot, b));
+    const double length = slDistance2(placedB, placedA);
+    const Vec2 along = length > 0.0 ? (load2(placedA) - load2(placedB)) / length : Vec2{1.0, 0.0};
+    const Vec2 across{-along.y, along.x};
+    const Vec2 toward = slCos(angle) * along + slSin(angle) * across;
+    setEntry(*coordinates, entryOf(slot, c), load2(placedB) + slNorm2(toC) * toward);
+}
