@@ -8,7 +8,8 @@
 // Four slots are part of the object, more stand in a block of the heap. Terms: `capacity`, the
 // slots that exist, each of which holds a constructed item; `bound`, one past the highest slot in
 // use; `available`, the live slots below the bound; a hole is a slot below the bound that is not
-// live. No slot at or behind the bound is live, unless a host makes it so through a pointer.
+// live. No slot at or behind the bound is live, unless a host makes it so through a pointer or
+// NodeArr::FmReadNodeLstM leaves it so.
 //
 // Operations that return an int return 1 unless they say otherwise. A slot number below 0 changes
 // nothing. Pointers into the array live until it grows or is cleared. Growth takes memory from the

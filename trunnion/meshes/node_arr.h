@@ -154,6 +154,12 @@ public:
     int ExtendByRotateToCircleM(int n, const float *const p, const float *const axis, float a0,
                                 float a1);
 
+    // Reads a list from a text file, as TriangleArr reads one (its records are those of
+    // NodeCL::FmWriteOzkFileM). The bound and the number of live items rise by one for each live
+    // node read, the bound never past the slots that exist: with a record that is not live in the
+    // list, nodes stand behind the bound.
+    int FmReadNodeLstM(std::FILE *file);
+
 private:
     void setNormal(int idx, const float *normal);
     void appendLive(const NodeArr &row);

@@ -39,4 +39,10 @@ public:
     int JudgeBoundM(int a, int b, int *slot) const;
     // The node behind `node` in the lowest quad that holds it, or SL_DELETED_INT.
     int GetOneNeighbourPntM(int node) const;
+
+    // Text files, as in TriangleArr: reading, writing all slots under the name "QUAD", and writing
+    // the live ones under the name "Quad".
+    int FmReadQuadLstM(std::FILE *file);
+    int FmWriteQuadLstToFileM(std::FILE *file);
+    void ExportQuadLstDBFileM(std::FILE *file) const;
 };

@@ -123,6 +123,24 @@ public:
     // n squared where memory is short.
     int GetTexCoordM(const XYCoordSysD &frame, Point2DArr *coordinates, const NodeArr &nodes);
 
+    // Text files, opened and closed by the caller; several lists may follow each other in one file.
+    // A list is a head line with the number of records, for each record a line with its slot and
+    // the record, and an end line. Nothing is reported and nothing thrown except for memory.
+
+    // Reads a list of any name; give an empty one. The bound is raised to the number in the head,
+    // each record goes to the slot that it names, with the tag that it has, and raises the number
+    // of live items by one if it is live. (In a list that was not empty the count is added to, and
+    // slots are overwritten.) A file that ends early leaves the rest as it was; a number that the
+    // rest of the file cannot hold counts as the largest that it can. A record that names no slot
+    // from 0 to that number - 1 ends the reading in front of it. Returns 1.
+    int FmReadTriangleLstM(std::FILE *file);
+    // Writes all slots below the bound under the name "TRIANGLE"; what is read back is the same
+    // list. Returns 1.
+    int FmWriteTriangleLstToFileM(std::FILE *file);
+    // Writes the live slots only, under the name "Triangle", with their own slot numbers and with
+    // the facet normals turned by the matrix `m`, float[16]. The head has the number of live items.
+    void ExportTriangleLstDBFileM(std::FILE *file, const float *const m) const;
+
 private:
     friend class NodeArr;
 
