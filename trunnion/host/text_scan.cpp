@@ -182,14 +182,7 @@ float slChangeRealToStr(char *out, float value, int digits) {
 
 namespace trunnion::detail {
 
-namespace {
-
-struct IntegerFormat {
-    bool isShort;
-    bool isUnsigned;
-};
-
-bool parseFormat(const char *format, IntegerFormat &parsed) {
+bool parseIntegerFormat(const char *format, IntegerFormat &parsed) {
     if (*format++ != '%') {
         return false;
     }
@@ -198,6 +191,8 @@ bool parseFormat(const char *format, IntegerFormat &parsed) {
     parsed.isUnsigned = *format == 'u';
     return (*format == 'd' || *format == 'u') && format[1] == '\0';
 }
+
+namespace {
 
 void storeInteger(long long number, bool isUnsigned, void *value) {
     if (isUnsigned) {
@@ -214,7 +209,7 @@ void storeInteger(long long number, bool isUnsigned, void *value) {
 int slSimpleScanf(const char *text, const char *format, void *value) {
     IntegerFormat wanted{};
     const char *first = skipBlanks(text);
-    if (!parseFormat(format, wanted) || (wanted.isUnsigned && *first == '-')) {
+    if (!parseIntegerFormat(format, wanted) || (wanted.isUnsigned && *first == '-')) {
         return 0;
     }
     const char *end = nullptr;

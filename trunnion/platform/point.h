@@ -1,14 +1,23 @@
-// tagPOINT, a point of a window or a bitmap in pixels, and CPoint, the class around it.
+// tagPOINT, a point of a window or a bitmap in pixels, CPoint, the class around it, and tagRECT, a
+// rectangle of such points.
 #pragma once
 
 #if defined(_WIN32)
-#include <windef.h> // the system's own tagPOINT has the same layout
+#include <windef.h> // the system's own records have the same layout
 #else
 #include <cstdint>
 
 struct tagPOINT {
     std::int32_t x;
     std::int32_t y;
+};
+
+// The right column and the bottom row lie just outside.
+struct tagRECT {
+    std::int32_t left;
+    std::int32_t top;
+    std::int32_t right;
+    std::int32_t bottom;
 };
 #endif
 

@@ -23,4 +23,9 @@ TRUNNION_API void SetDocumentsDirectory(const char *path);
 // number. Null restores the default.
 TRUNNION_API void SetMessageBoxHandler(int (*handler)(const char *text, unsigned int type));
 
+// Plays sounds: receives the file, or null to end the one that plays, and the flags 1 (return while
+// it plays) and 8 (play it again and again); returns 0 if it cannot. Null restores the default,
+// under which nothing plays on a system without a call for it.
+TRUNNION_API void SetSoundHandler(int (*handler)(const char *file, unsigned int flags));
+
 } // namespace trunnion

@@ -1,0 +1,299 @@
+// Fields of dialogs, zoom and pan, sound, material and clock.
+#include "trunnion/host/dialog_view.h"
+
+#include <cfloat>
+#include <climits>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <GL/gl.h>
+#include <gtest/gtest.h>
+
+#include "trunnion/platform/system.h"
+
+namespace {
+
+struct Material {
+    GLenum face;
+    GLenum part;
+    std::vector<float> colour;
+};
+std::vector<Material> materials;
+
+} // namespace
+
+// Stands in front of the one of OpenGL, which needs a window.
+extern "C" void glMaterialfv(GLenum face, GLenum part, const float *values) {
+    materials.push_back({face, part, {values, values + 4}});
+}
+
+namespace {
+
+constexpr int field = 7;
+
+struct Dialog {
+    explicit Dialog(const char *text = "") {
+        edit.SetWindowTextA(text);
+        window.AddDlgItem(field, &edit);
+    }
+    std::string text() const {
+        char buffer[64];
+        edit.GetWindowTextA(buffer, sizeof buffer);
+        return buffer;
+    }
+    CWnd edit;
+    CWnd window;
+};
+
+// False if the exchange was ended.
+template <class Exchange>
+bool exchanged(Dialog &dialog, int saving, Exchange action) {
+    CDataExchange exchange(&dialog.window, saving);
+    try {
+        action(&exchange);
+        return true;
+    } catch (CUserException *refused) {
+        refused->Delete();
+        return false;
+    }
+}
+
+TEST(DialogFields, IntegersAreSavedByTheirFormatOrRefusedUntouched) {
+    // Four shorts of 0x7777 stand around and under the value.
+    struct Case {
+        const char *text;
+        const char *format;
+        bool accepted;
+        long long value;
+        int bytes;
+    };
+    const Case cases[] = {
+        {" 12 ", "%d", true, 12, 4},
+        {"-12", "%ld", true, -12, 4},
+        {"4000000000", "%u", true, 4000000000, 4},
+        {"-7", "%sd", true, -7, 2},
+        {"40000", "%sd", false, 0, 2},
+        {"-1", "%lu", false, 0, 4},
+        {"12x", "%d", false, 0, 4},
+        {"", "%d", false, 0, 4},
+        {"12", "%s", false, 0, 4},
+        {"12", "%f", false, 0, 4},
+        {"12", "%n", false, 0, 4},
+        {"0000000000000000000000000000012345", "%d", true, 12, 4}, // 31 characters are read
+    };
+    for (const Case &c : cases) {
+        Dialog dialog(c.text);
+        unsigned char place[8];
+        std::memset(place, 0x77, sizeof place);
+        EXPECT_EQ(exchanged(dialog, 1,
+                            [&](CDataExchange *exchange) {
+                                slDDX_TextWithFormat(exchange, field, c.format, 0, &place);
+                            }),
+                  c.accepted)
+            << c.text << " by " << c.format;
+        unsigned char expected[8];
+        std::memset(expected, 0x77, sizeof expected);
+        if (c.accepted) {
+            std::memcpy(expected, &c.value, static_cast<std::size_t>(c.bytes));
+        }
+        EXPECT_EQ(std::memcmp(place, expected, sizeof place), 0) << c.text << " by " << c.format;
+    }
+}
+
+TEST(DialogFields, IntegersAreLoadedWith32Or16Bits) {
+    struct Case {
+        const char *format;
+        int value;
+        const char *text;
+    };
+    const Case cases[] = {
+        {"%d", INT_MIN, "-2147483648"},
+        {"%ld", -1, "-1"},
+        {"%u", -1, "4294967295"},
+        {"%lu", -1, "4294967295"},
+        {"%sd", 0x1FFFF, "-1"},
+        {"%su", -1, "65535"},
+        {"%s", 1, ""},
+        {"%n", 1, ""},
+        {"%99d", 1, ""},
+    };
+    for (const Case &c : cases) {
+        Dialog dialog("before");
+        EXPECT_TRUE(exchanged(dialog, 0, [&](CDataExchange *exchange) {
+            slDDX_TextWithFormat(exchange, field, c.format, 0, c.value);
+        }));
+        EXPECT_EQ(dialog.text(), c.text) << c.format;
+    }
+}
+
+TEST(DialogFields, RealsAreSavedAsFloatForPrecision6AndAsDoubleElse) {
+    struct Case {
+        const char *text;
+        bool accepted;
+        double value;
+    };
+    const Case cases[] = {
+        {" 0.1\t", true, 0.1},      {"12-", true, 12}, {"1e300", true, 1e300},
+        {"-1e999", true, -DBL_MAX}, {"a", false, 0},   {"1 2", false, 0},
+    };
+    for (const Case &c : cases) {
+        for (const int precision : {6, 15}) {
+            Dialog dialog(c.text);
+            unsigned char place[8] = {};
+            std::memset(place, 0x77, sizeof place);
+            EXPECT_EQ(exchanged(dialog, 1,
+                                [&](CDataExchange *exchange) {
+                                    slTextFloatFormat(exchange, field, place, 5.0, precision);
+                                }),
+                      c.accepted)
+                << c.text;
+            unsigned char expected[8];
+            std::memset(expected, 0x77, sizeof expected);
+            if (c.accepted && precision == 6) {
+                const float number = c.value > FLT_MAX    ? FLT_MAX
+                                     : c.value < -FLT_MAX ? -FLT_MAX
+                                                          : static_cast<float>(c.value);
+                std::memcpy(expected, &number, sizeof number);
+            } else if (c.accepted) {
+                std::memcpy(expected, &c.value, sizeof c.value);
+            }
+            EXPECT_EQ(std::memcmp(place, expected, sizeof place), 0) << c.text << " " << precision;
+        }
+    }
+}
+
+TEST(DialogFields, RealsAreLoadedWithAsManyDigitsAsAFieldTakes) {
+    struct Case {
+        double value;
+        int precision;
+        const char *text;
+    };
+    const Case cases[] = {
+        {0.1, 6, "0.1"},
+        {1234567.0, 6, "1.23457e+06"},
+        {0.1, 17, "0.10000000000000001"},
+        {-DBL_MAX, INT_MAX, "-1.79769313486231570814527e+308"},
+        {2.5, -1, "2.5"},
+    };
+    for (const Case &c : cases) {
+        Dialog dialog;
+        EXPECT_TRUE(exchanged(dialog, 0, [&](CDataExchange *exchange) {
+            slTextFloatFormat(exchange, field, nullptr, c.value, c.precision);
+        }));
+        EXPECT_EQ(dialog.text(), c.text);
+    }
+}
+
+TEST(DialogFields, AMissingControlEndsTheExchange) {
+    for (const int saving : {0, 1}) {
+        Dialog dialog("3");
+        int value = 5;
+        EXPECT_FALSE(exchanged(dialog, saving, [&](CDataExchange *exchange) {
+            slDDX_TextWithFormat(exchange, field + 1, "%d", 0, &value);
+        }));
+        EXPECT_FALSE(exchanged(dialog, saving, [&](CDataExchange *exchange) {
+            slTextFloatFormat(exchange, field + 1, &value, 1.0, 6);
+        }));
+        EXPECT_EQ(value, 5);
+    }
+}
+
+TEST(DialogFields, AFieldWithTheRightTextIsNotTouched) {
+    struct Counter : CWnd {
+        void SetWindowTextA(const char *text) override {
+            ++count;
+            CWnd::SetWindowTextA(text);
+        }
+        int count = 0;
+    };
+    Counter edit;
+    const std::string longText(300, 'a');
+    for (const char *text : {"1", "1", "12", "1", longText.c_str(), longText.c_str()}) {
+        AfxSetWindowText(&edit, text);
+    }
+    EXPECT_EQ(edit.count, 5) << "a text longer than is compared is set again";
+}
+
+TEST(View, PositionsAreFractionsOfTheClientArea) {
+    CWnd window;
+    float x = 9;
+    float y = 9;
+    slGetRealPosM(&window, &x, &y, 3, 4);
+    EXPECT_EQ(x, 0.0F);
+    EXPECT_EQ(y, 0.0F);
+    window.SetClientSize(400, 300);
+    slGetRealPosM(&window, &x, &y, 100, -30);
+    EXPECT_EQ(x, 0.25F);
+    EXPECT_EQ(y, -0.1F);
+}
+
+TEST(View, DragsZoomByTheirColumnsAndNeverThroughZero) {
+    struct Case {
+        int origin;
+        int from;
+        int to;
+        float scale;
+    };
+    const Case cases[] = {
+        {10, 10, 510, 2.0F},   {10, 510, 10, 0.5F},
+        {-3, 77, 77, 1.0F},    {0, -2000000000, -2100000000, 1.0F},
+        {0, 0, -500, 0.0001F}, {INT_MAX, INT_MAX, INT_MIN, 0.0001F},
+    };
+    for (const Case &c : cases) {
+        EXPECT_FLOAT_EQ(slGetScale({c.origin, 1}, {c.from, 2}, {c.to, 3}), c.scale)
+            << c.origin << " " << c.from << " " << c.to;
+    }
+}
+
+TEST(View, DragsPanUpwardWhereRowsDecrease) {
+    float dx = 0;
+    float dy = 0;
+    slGetPanDistance({5, 6}, {105, 106}, &dx, &dy);
+    EXPECT_EQ(dx, 2.0F);
+    EXPECT_EQ(dy, -2.0F);
+    slGetPanDistance({INT_MIN, 0}, {INT_MAX, 0}, &dx, &dy);
+    EXPECT_FLOAT_EQ(dx, 85899345.9F);
+}
+
+std::vector<std::string> played;
+
+int notePlayed(const char *file, unsigned int flags) {
+    played.push_back((file != nullptr ? file : "null") + (" " + std::to_string(flags)));
+    return 1;
+}
+
+TEST(Sound, PlaysByItsModeThroughTheHandler) {
+    char file[] = "a.wav";
+    char empty[] = "";
+    slPlayWavSoundM(file, 2); // without a handler: silence
+    trunnion::SetSoundHandler(&notePlayed);
+    for (int mode = 0; mode <= 4; ++mode) {
+        slPlayWavSoundM(file, mode);
+        slPlayWavSoundM(empty, mode);
+        slPlayWavSoundM(nullptr, mode);
+    }
+    trunnion::SetSoundHandler(nullptr);
+    slPlayWavSoundM(file, 2);
+    EXPECT_EQ(played,
+              (std::vector<std::string>{"a.wav 9", "a.wav 1", "null 0", "null 0", "null 0"}));
+}
+
+TEST(View, LinesAreGrey) {
+    slSetCorlorForLines();
+    ASSERT_EQ(materials.size(), 3U);
+    const GLenum parts[] = {GL_AMBIENT, GL_DIFFUSE, GL_SPECULAR};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(materials[i].face, static_cast<GLenum>(GL_FRONT));
+        EXPECT_EQ(materials[i].part, parts[i]);
+        EXPECT_EQ(materials[i].colour, (std::vector<float>{0.5F, 0.5F, 0.5F, 1.0F}));
+    }
+}
+
+TEST(Clock, RunsForwardAndMeasuresAcrossItsWrap) {
+    const unsigned int start = tqGetMMTickCount();
+    EXPECT_LT(slGetSystemTimeAndElapse(start), 60000U);
+    EXPECT_GE(slGetSystemTimeAndElapse(start - 0x80000000U), 0x80000000U);
+}
+
+} // namespace
