@@ -32,6 +32,7 @@
 #include "trunnion/meshes/node_arr.h"
 #include "trunnion/meshes/quad_arr.h"
 #include "trunnion/meshes/triangle_arr.h"
+#include "trunnion/persistence/basic_api.h"
 #include "trunnion/persistence/compress_stream.h"
 #include "trunnion/persistence/file_versions.h"
 #include "trunnion/persistence/line_io.h"

@@ -254,7 +254,7 @@ int slCopyFile(const char *source, const char *target) {
     return 1;
 }
 
-int slFindSubFoldersVB(const char *root, char *out, int size) {
+int TRUNNION_BASIC_CALL slFindSubFoldersVB(const char *root, char *out, int size) {
     if (size < 1) {
         return -1;
     }

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "trunnion/export.h"
+#include "trunnion/platform/calling_convention.h"
 
 // Text.
 
@@ -65,4 +66,5 @@ TRUNNION_API int slCopyFile(const char *source, const char *target);
 // each followed by ";" ("a;b;"; none gives ";"), in the order of the file system, and with blanks
 // behind them; there is no terminator. 1, or -1 if not all fit: the names that do are then there,
 // without the last ";".
-TRUNNION_API int slFindSubFoldersVB(const char *root, char *out, int size);
+extern "C" TRUNNION_API int TRUNNION_BASIC_CALL slFindSubFoldersVB(const char *root, char *out,
+                                                                   int size);
