@@ -1,6 +1,8 @@
-"""Holds read_data_file.py against files of the library: python3 read_data_file_test.py LIBRARY"""
+"""Holds read_data_file.py and docs/formats.md against files of the library: python3 read_data_file_test.py LIBRARY"""
 import os
+import pathlib
 import random
+import re
 import sys
 import tempfile
 import unittest
@@ -8,6 +10,7 @@ import unittest
 import flat_calls
 import read_data_file
 
+FORMATS = pathlib.Path(__file__).parents[2] / 'docs' / 'formats.md'
 library = flat_calls.load(sys.argv.pop(1))
 WRITERS = {
     'd': library.OutputDVB,
@@ -56,6 +59,11 @@ class ReadDataFile(unittest.TestCase):
     def test_blocks_follow_each_other(self):
         content = written('d', [1, 2]) + written('d', [3])[4:]
         self.assertEqual(read(content, 'd'), (7, [1, 2, 3]))
+
+    def test_the_documented_bytes_are_those_of_the_library(self):
+        lines = re.findall(r'^    ((?:[0-9a-f]{2} )+) {2,}', FORMATS.read_text(encoding='utf-8'), re.MULTILINE)
+        documented = bytes.fromhex(''.join(lines))
+        self.assertEqual(documented, written('ds', [-2, b'aaaa'], 100))
 
     def test_damaged_files_are_refused(self):
         content = written('ds', [5, b'tool holder, tool holder'])
