@@ -10,6 +10,7 @@
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/list_files.h"
 #include "trunnion/platform/system.h"
 
 namespace {
@@ -59,45 +60,48 @@ bool exchanged(Dialog &dialog, int saving, Exchange action) {
     }
 }
 
-TEST(DialogFields, IntegersAreSavedByTheirFormatOrRefusedUntouched) {
-    // Four shorts of 0x7777 stand around and under the value.
+// What saving `text` puts at a place of eight bytes "wwwwwwww"; "refused" if it ends the exchange
+// and leaves them.
+template <class Action>
+std::string saved(const char *text, Action action) {
+    Dialog dialog(text);
+    char place[] = "wwwwwwww";
+    if (exchanged(dialog, 1, [&](CDataExchange *exchange) { action(exchange, place); })) {
+        return {place, 8};
+    }
+    return std::strcmp(place, "wwwwwwww") == 0 ? "refused" : "refused and changed";
+}
+
+template <class Value>
+std::string stored(Value value) {
+    return (test::raw(value) + "wwwwww").substr(0, 8);
+}
+
+TEST(DialogFields, IntegersAreSavedByTheirFormatOrRefused) {
     struct Case {
         const char *text;
         const char *format;
-        bool accepted;
-        long long value;
-        int bytes;
+        std::string place;
     };
     const Case cases[] = {
-        {" 12 ", "%d", true, 12, 4},
-        {"-12", "%ld", true, -12, 4},
-        {"4000000000", "%u", true, 4000000000, 4},
-        {"-7", "%sd", true, -7, 2},
-        {"40000", "%sd", false, 0, 2},
-        {"-1", "%lu", false, 0, 4},
-        {"12x", "%d", false, 0, 4},
-        {"", "%d", false, 0, 4},
-        {"12", "%s", false, 0, 4},
-        {"12", "%f", false, 0, 4},
-        {"12", "%n", false, 0, 4},
-        {"0000000000000000000000000000012345", "%d", true, 12, 4}, // 31 characters are read
+        {" 12 ", "%d", stored(12)},
+        {"-12", "%ld", stored(-12)},
+        {"4000000000", "%u", stored(4000000000U)},
+        {"-7", "%sd", stored(short{-7})},
+        {"40000", "%sd", "refused"},
+        {"-1", "%lu", "refused"},
+        {"12x", "%d", "refused"},
+        {"", "%d", "refused"},
+        {"12", "%s", "refused"},
+        {"12", "%f", "refused"},
+        {"12", "%n", "refused"},
+        {"0000000000000000000000000000012345", "%d", stored(12)}, // 31 characters are read
     };
     for (const Case &c : cases) {
-        Dialog dialog(c.text);
-        unsigned char place[8];
-        std::memset(place, 0x77, sizeof place);
-        EXPECT_EQ(exchanged(dialog, 1,
-                            [&](CDataExchange *exchange) {
-                                slDDX_TextWithFormat(exchange, field, c.format, 0, &place);
-                            }),
-                  c.accepted)
-            << c.text << " by " << c.format;
-        unsigned char expected[8];
-        std::memset(expected, 0x77, sizeof expected);
-        if (c.accepted) {
-            std::memcpy(expected, &c.value, static_cast<std::size_t>(c.bytes));
-        }
-        EXPECT_EQ(std::memcmp(place, expected, sizeof place), 0) << c.text << " by " << c.format;
+        const auto action = [&](CDataExchange *exchange, void *place) {
+            slDDX_TextWithFormat(exchange, field, c.format, 0, place);
+        };
+        EXPECT_EQ(saved(c.text, action), c.place) << c.text << " by " << c.format;
     }
 }
 
@@ -130,35 +134,23 @@ TEST(DialogFields, IntegersAreLoadedWith32Or16Bits) {
 TEST(DialogFields, RealsAreSavedAsFloatForPrecision6AndAsDoubleElse) {
     struct Case {
         const char *text;
-        bool accepted;
-        double value;
+        std::string asFloat;
+        std::string asDouble;
     };
     const Case cases[] = {
-        {" 0.1\t", true, 0.1},      {"12-", true, 12}, {"1e300", true, 1e300},
-        {"-1e999", true, -DBL_MAX}, {"a", false, 0},   {"1 2", false, 0},
+        {" 0.1\t", stored(0.1F), stored(0.1)},
+        {"12-", stored(12.0F), stored(12.0)},
+        {"1e300", stored(FLT_MAX), stored(1e300)},
+        {"-1e999", stored(-FLT_MAX), stored(-DBL_MAX)},
+        {"a", "refused", "refused"},
+        {"1 2", "refused", "refused"},
     };
     for (const Case &c : cases) {
         for (const int precision : {6, 15}) {
-            Dialog dialog(c.text);
-            unsigned char place[8] = {};
-            std::memset(place, 0x77, sizeof place);
-            EXPECT_EQ(exchanged(dialog, 1,
-                                [&](CDataExchange *exchange) {
-                                    slTextFloatFormat(exchange, field, place, 5.0, precision);
-                                }),
-                      c.accepted)
-                << c.text;
-            unsigned char expected[8];
-            std::memset(expected, 0x77, sizeof expected);
-            if (c.accepted && precision == 6) {
-                const float number = c.value > FLT_MAX    ? FLT_MAX
-                                     : c.value < -FLT_MAX ? -FLT_MAX
-                                                          : static_cast<float>(c.value);
-                std::memcpy(expected, &number, sizeof number);
-            } else if (c.accepted) {
-                std::memcpy(expected, &c.value, sizeof c.value);
-            }
-            EXPECT_EQ(std::memcmp(place, expected, sizeof place), 0) << c.text << " " << precision;
+            const auto action = [&](CDataExchange *exchange, void *place) {
+                slTextFloatFormat(exchange, field, place, 5.0, precision);
+            };
+            EXPECT_EQ(saved(c.text, action), precision == 6 ? c.asFloat : c.asDouble) << c.text;
         }
     }
 }

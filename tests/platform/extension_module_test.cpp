@@ -8,8 +8,8 @@
 namespace {
 
 struct Library : CDynLinkLibrary {
-    Library(AFX_EXTENSION_MODULE &module, std::vector<int> &gone, int number)
-        : CDynLinkLibrary(module), deleted(gone), name(number) {}
+    Library(AFX_EXTENSION_MODULE &extension, std::vector<int> &gone, int number)
+        : CDynLinkLibrary(extension), deleted(gone), name(number) {}
     ~Library() override { deleted.push_back(name); }
     std::vector<int> &deleted;
     int name;

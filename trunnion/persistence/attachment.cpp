@@ -12,9 +12,9 @@ namespace {
 class Attachment {
 public:
     Attachment() {
-        if (AfxInitExtensionModule(module, nullptr) != 0) {
+        if (AfxInitExtensionModule(extension, nullptr) != 0) {
             // The framework's from here on.
-            static_cast<void>(new (std::nothrow) CDynLinkLibrary(module));
+            static_cast<void>(new (std::nothrow) CDynLinkLibrary(extension));
         }
     }
     Attachment(const Attachment &) = delete;
@@ -22,13 +22,13 @@ public:
     ~Attachment() {
         streams.compressed.reset();
         streams.text.reset();
-        AfxTermExtensionModule(module);
+        AfxTermExtensionModule(extension);
     }
 
     HiddenStreams streams;
 
 private:
-    AFX_EXTENSION_MODULE module;
+    AFX_EXTENSION_MODULE extension;
 };
 
 Attachment attachment;

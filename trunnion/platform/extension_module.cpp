@@ -6,25 +6,25 @@ CDynLinkLibrary *firstLibrary = nullptr;
 
 } // namespace
 
-int AfxInitExtensionModule(AFX_EXTENSION_MODULE &module, void *handle) {
-    module.bInitialized = 1;
-    module.hModule = handle;
+int AfxInitExtensionModule(AFX_EXTENSION_MODULE &extension, void *handle) {
+    extension.bInitialized = 1;
+    extension.hModule = handle;
     return 1;
 }
 
-void AfxTermExtensionModule(AFX_EXTENSION_MODULE &module, int all) {
+void AfxTermExtensionModule(AFX_EXTENSION_MODULE &extension, int all) {
     for (CDynLinkLibrary *library = firstLibrary; library != nullptr;) {
         CDynLinkLibrary *const next = library->next;
-        if (all != 0 || library->owner == &module) {
+        if (all != 0 || library->owner == &extension) {
             delete library;
         }
         library = next;
     }
-    module.bInitialized = 0;
+    extension.bInitialized = 0;
 }
 
-CDynLinkLibrary::CDynLinkLibrary(AFX_EXTENSION_MODULE &module)
-    : owner(&module), next(firstLibrary) {
+CDynLinkLibrary::CDynLinkLibrary(AFX_EXTENSION_MODULE &extension)
+    : owner(&extension), next(firstLibrary) {
     firstLibrary = this;
 }
 

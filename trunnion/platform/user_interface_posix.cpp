@@ -1,26 +1,8 @@
-// Clock and sound on POSIX, which knows no sound of its own: without a handler of the host's
-// nothing plays, and nothing fails.
+// Clock and sound on POSIX, which knows no sound of its own.
 #include "trunnion/platform/user_interface.h"
 
-#include <atomic>
 #include <cstdint>
 #include <ctime>
-
-#include "trunnion/platform/system.h"
-
-namespace {
-
-std::atomic<int (*)(const char *, unsigned int)> soundHandler{nullptr};
-
-} // namespace
-
-namespace trunnion {
-
-void SetSoundHandler(int (*handler)(const char *file, unsigned int flags)) {
-    soundHandler = handler;
-}
-
-} // namespace trunnion
 
 namespace trunnion::detail {
 
@@ -31,9 +13,8 @@ unsigned int tickCount() {
     return static_cast<unsigned int>(milliseconds);
 }
 
-bool playSound(const char *file, unsigned int flags) {
-    auto *const handler = soundHandler.load();
-    return handler == nullptr || handler(file, flags) != 0;
+bool playSystemSound(const char * /*file*/, unsigned int /*flags*/) {
+    return true; // silence is no failure
 }
 
 } // namespace trunnion::detail
