@@ -28,11 +28,10 @@ void programNumber(benchmark::State &state) {
     buffer.AddProgNoM(1234);
     bench::require(holds(buffer, "O1234\r\n" + text), "number of a program");
     int number = 1000;
-    for (auto _ : state) {
+    bench::measure(state, lineCount, [&] {
         buffer.AddProgNoM(number);
         number = number < 9999 ? number + 1 : 1000;
-    }
-    bench::reportPerItem(state, lineCount);
+    });
 }
 BENCHMARK(programNumber)->Unit(benchmark::kMillisecond);
 
@@ -49,10 +48,10 @@ void insertAndDeleteLine(benchmark::State &state) {
     bench::require(holds(buffer, text), "insertion");
     buffer.DelStringM(middle, length);
     bench::require(holds(buffer, before), "deletion");
-    for (auto _ : state) {
+    bench::measure(state, 1, [&] {
         buffer.InsertStringM(middle, line.data(), length);
         buffer.DelStringM(middle, length);
-    }
+    });
 }
 BENCHMARK(insertAndDeleteLine)->Unit(benchmark::kMicrosecond);
 
@@ -68,10 +67,7 @@ int walkLines(const CharArr &buffer) {
 void readLines(benchmark::State &state) {
     const CharArr buffer = bufferOf(bench::partProgram(lineCount));
     bench::require(walkLines(buffer) == lineCount, "lines of a program");
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(walkLines(buffer));
-    }
-    bench::reportPerItem(state, lineCount);
+    bench::measure(state, lineCount, [&] { benchmark::DoNotOptimize(walkLines(buffer)); });
 }
 BENCHMARK(readLines)->Unit(benchmark::kMillisecond);
 
@@ -100,10 +96,9 @@ void planeOfLeastSquares(benchmark::State &state) {
         bench::require(bench::isNear(bench::dot(normal, {p[0], p[1], p[2]}), -d),
                        "plane of least squares");
     }
-    for (auto _ : state) {
+    bench::measure(state, cloudSize, [&] {
         benchmark::DoNotOptimize(cloud.GenPlaneByLeastSquareM(up.data(), normal.data(), &d));
-    }
-    bench::reportPerItem(state, cloudSize);
+    });
 }
 BENCHMARK(planeOfLeastSquares)->Unit(benchmark::kMicrosecond);
 
@@ -121,10 +116,8 @@ void shapeErrorToPlane(benchmark::State &state) {
     bench::require(
         bench::isNear(cloud.GetShapeErrorToPlaneM(up.data(), 1.0F), expected, 1e-5 * expected),
         "shape error");
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(cloud.GetShapeErrorToPlaneM(up.data(), 1.0F));
-    }
-    bench::reportPerItem(state, cloudSize);
+    bench::measure(state, cloudSize,
+                   [&] { benchmark::DoNotOptimize(cloud.GetShapeErrorToPlaneM(up.data(), 1.0F)); });
 }
 BENCHMARK(shapeErrorToPlane)->Unit(benchmark::kMicrosecond);
 
@@ -139,10 +132,9 @@ void farthestTwoPoints(benchmark::State &state) {
                        upper == 1400,
                    "farthest points");
     const Point3DArr plain = bench::randomCloud(cloudSize);
-    for (auto _ : state) {
+    bench::measure(state, cloudSize, [&] {
         benchmark::DoNotOptimize(plain.GetFarthestTwoPointsM(0, -1, &lower, &upper));
-    }
-    bench::reportPerItem(state, cloudSize);
+    });
 }
 BENCHMARK(farthestTwoPoints)->Unit(benchmark::kMillisecond);
 

@@ -12,18 +12,8 @@ using bench::Point;
 
 constexpr std::size_t inputCount = 1024;
 
-template <class Call>
-void measure(benchmark::State &state, Call call) {
-    for (auto _ : state) {
-        for (std::size_t i = 0; i < inputCount; ++i) {
-            benchmark::DoNotOptimize(call(i));
-        }
-    }
-    bench::reportPerItem(state, inputCount);
-}
-
-// Checks every input before it measures; `check` also tells whether it could see anything in the
-// result. Most results have to show something.
+// Calls with every input and checks the result, then measures the same calls. `check` also tells
+// whether it could see anything in the result; it has to in one of twenty.
 template <class Call, class Check>
 void checkAndMeasure(benchmark::State &state, Call call, Check check) {
     std::size_t seen = 0;
@@ -31,7 +21,11 @@ void checkAndMeasure(benchmark::State &state, Call call, Check check) {
         seen += check(i, call(i)) ? 1 : 0;
     }
     bench::require(seen > inputCount / 20, "nothing to check");
-    measure(state, call);
+    bench::measure(state, inputCount, [&] {
+        for (std::size_t i = 0; i < inputCount; ++i) {
+            benchmark::DoNotOptimize(call(i));
+        }
+    });
 }
 
 // `perInput` points for each input.
@@ -270,10 +264,7 @@ void matrixTimesPointList(benchmark::State &state) {
                            q[2] == p[2],
                        "matrix times point");
     }
-    for (auto _ : state) {
-        cloud.TransByMatrixM(M, 0);
-    }
-    bench::reportPerItem(state, count);
+    bench::measure(state, count, [&] { cloud.TransByMatrixM(M, 0); });
 }
 BENCHMARK(matrixTimesPointList);
 

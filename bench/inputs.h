@@ -30,8 +30,12 @@ inline void require(bool holds, const char *what) {
     }
 }
 
-// Reports the time of one of the `count` items of an iteration.
-inline void reportPerItem(benchmark::State &state, std::size_t count) {
+// Measures `action`, which works on `count` items, and reports the time of one item too.
+template <class Action>
+void measure(benchmark::State &state, std::size_t count, Action action) {
+    for ([[maybe_unused]] auto _ : state) {
+        action();
+    }
     state.counters["per_item"] = benchmark::Counter(static_cast<double>(count),
                                                     benchmark::Counter::kIsIterationInvariantRate |
                                                         benchmark::Counter::kInvert);
@@ -111,8 +115,9 @@ inline Patch spherePatch(int side) {
     Patch patch;
     const float step = 100.0F / static_cast<float>(side - 1);
     for (int k = 0; k < side * side; ++k) {
+        const int row = k / side;
         const float x = step * static_cast<float>(k % side) - 50.0F;
-        const float y = step * static_cast<float>(k / side) - 50.0F;
+        const float y = step * static_cast<float>(row) - 50.0F;
         patch.nodes.AddItemM(nodeAt({x, y, std::sqrt(40000.0F - x * x - y * y)}));
     }
     const auto addTriangle = [&patch](std::array<int, 3> corners) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "trunnion/containers/slot_array.h"
 #include "trunnion/meshes/quad_arr.h"
 
 namespace {
@@ -32,17 +33,17 @@ void sweep(benchmark::State &state) {
     for (int i = 0; i < swept.GetBoundM(); ++i) {
         const float *p = swept.GetItemPM(i)->GetPntPM();
         const float *first = profile.GetItemPM(i % rowLength)->GetPntPM();
-        const double angle = 2.0 * std::numbers::pi * std::min(i / rowLength, steps) / steps;
+        const int row = std::min(i / rowLength, steps);
+        const double angle = 2.0 * std::numbers::pi * row / steps;
         bench::require(bench::isNear(p[0], first[0] * std::cos(angle)) &&
                            bench::isNear(p[1], first[0] * std::sin(angle)) && p[2] == first[2],
                        "sweep");
     }
-    for (auto _ : state) {
+    bench::measure(state, nodeCount, [&] {
         NodeArr nodes = profile;
         extend(nodes);
         benchmark::DoNotOptimize(nodes.GetBoundM());
-    }
-    bench::reportPerItem(state, nodeCount);
+    });
 }
 BENCHMARK(sweep)->Unit(benchmark::kMillisecond);
 
@@ -59,10 +60,8 @@ void nodeNormals(benchmark::State &state) {
             bench::dot({p[0], p[1], p[2]}, {normal[0], normal[1], normal[2]}) / 200;
         bench::require(bench::isNear(cosine, 1.0, 1e-4), "normals");
     }
-    for (auto _ : state) {
-        patch.nodes.CalculateNormByFaceviewLst(patch.triangles, noQuads);
-    }
-    bench::reportPerItem(state, side * side);
+    bench::measure(state, side * side,
+                   [&] { patch.nodes.CalculateNormByFaceviewLst(patch.triangles, noQuads); });
 }
 BENCHMARK(nodeNormals)->Unit(benchmark::kMillisecond);
 
@@ -81,10 +80,8 @@ void mergeNodes(benchmark::State &state) {
         return merged.GetBoundM();
     };
     bench::require(merge() == side * side, "number of merged nodes");
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(merge());
-    }
-    bench::reportPerItem(state, static_cast<std::size_t>(3 * triangles));
+    bench::measure(state, static_cast<std::size_t>(3 * triangles),
+                   [&] { benchmark::DoNotOptimize(merge()); });
 }
 BENCHMARK(mergeNodes)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);
 
@@ -101,11 +98,42 @@ void mergeTriangles(benchmark::State &state) {
         return merged.GetBoundM();
     };
     bench::require(merge() == triangles, "number of merged triangles");
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(merge());
-    }
-    bench::reportPerItem(state, static_cast<std::size_t>(2 * triangles));
+    bench::measure(state, static_cast<std::size_t>(2 * triangles),
+                   [&] { benchmark::DoNotOptimize(merge()); });
 }
 BENCHMARK(mergeTriangles)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);
+
+double planeDistance(const float *a, const float *b) {
+    return std::hypot(static_cast<double>(a[0]) - b[0], static_cast<double>(a[1]) - b[1]);
+}
+
+// Unfolding uses the list up: every round works on a copy, which is measured with it.
+void unfold(benchmark::State &state) {
+    const bench::Patch patch = bench::spherePatch(static_cast<int>(state.range(0)));
+    const int count = patch.triangles.GetBoundM();
+    XYCoordSysD none{};
+    none.origin[0] = SL_DELETED_REAL;
+    Point2DArr coordinates;
+    const auto lay = [&] {
+        TriangleArr triangles = patch.triangles;
+        coordinates.DelAllM();
+        return triangles.GetTexCoordM(none, &coordinates, patch.nodes);
+    };
+    bench::require(lay() == 1, "all triangles unfolded");
+    for (int i = 0; i < 3 * count; ++i) {
+        const int from = i % 3;
+        const int to = (from + 1) % 3;
+        const int *corners = patch.triangles.GetItemPM(i / 3)->GetNodeIdxPM();
+        const float *a = patch.nodes.GetItemPM(corners[from])->GetPntPM();
+        const float *b = patch.nodes.GetItemPM(corners[to])->GetPntPM();
+        const double flat =
+            planeDistance(coordinates.GetItemPM(i), coordinates.GetItemPM(i - from + to));
+        bench::require(bench::isNear(flat, bench::distance({a[0], a[1], a[2]}, {b[0], b[1], b[2]})),
+                       "length of an unfolded edge");
+    }
+    bench::measure(state, static_cast<std::size_t>(count),
+                   [&] { benchmark::DoNotOptimize(lay()); });
+}
+BENCHMARK(unfold)->Arg(100)->Unit(benchmark::kMillisecond);
 
 } // namespace

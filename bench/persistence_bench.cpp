@@ -48,10 +48,7 @@ void saveList(benchmark::State &state) {
     const test::TempDir dir;
     const std::string path = dir.path("nodes");
     const NodeArr nodes = bench::spherePatch(side).nodes;
-    for (auto _ : state) {
-        save<Form>(nodes, path);
-    }
-    bench::reportPerItem(state, side * side);
+    bench::measure(state, side * side, [&] { save<Form>(nodes, path); });
     state.counters["file_bytes"] = static_cast<double>(std::filesystem::file_size(path));
 }
 BENCHMARK(saveList<Text>)->Unit(benchmark::kMillisecond);
@@ -72,10 +69,7 @@ void loadList(benchmark::State &state) {
         const float *q = loaded.GetItemPM(i)->GetPntPM();
         bench::require(p[0] == q[0] && p[1] == q[1] && p[2] == q[2], "nodes loaded");
     }
-    for (auto _ : state) {
-        load<Form>(loaded, path);
-    }
-    bench::reportPerItem(state, side * side);
+    bench::measure(state, side * side, [&] { load<Form>(loaded, path); });
 }
 BENCHMARK(loadList<Text>)->Unit(benchmark::kMillisecond);
 BENCHMARK(loadList<Binary>)->Unit(benchmark::kMillisecond);
