@@ -32,7 +32,7 @@ inline void require(bool holds, const char *what) {
 
 // Measures `action`, which works on `count` items, and reports the time of one item too.
 template <class Action>
-void measure(benchmark::State &state, std::size_t count, Action action) {
+void measure(benchmark::State &state, double count, Action action) {
     for ([[maybe_unused]] auto _ : state) {
         action();
     }

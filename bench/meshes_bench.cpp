@@ -60,7 +60,7 @@ void nodeNormals(benchmark::State &state) {
             bench::dot({p[0], p[1], p[2]}, {normal[0], normal[1], normal[2]}) / 200;
         bench::require(bench::isNear(cosine, 1.0, 1e-4), "normals");
     }
-    bench::measure(state, side * side,
+    bench::measure(state, patch.nodes.GetBoundM(),
                    [&] { patch.nodes.CalculateNormByFaceviewLst(patch.triangles, noQuads); });
 }
 BENCHMARK(nodeNormals)->Unit(benchmark::kMillisecond);
@@ -80,8 +80,7 @@ void mergeNodes(benchmark::State &state) {
         return merged.GetBoundM();
     };
     bench::require(merge() == side * side, "number of merged nodes");
-    bench::measure(state, static_cast<std::size_t>(3 * triangles),
-                   [&] { benchmark::DoNotOptimize(merge()); });
+    bench::measure(state, 3 * triangles, [&] { benchmark::DoNotOptimize(merge()); });
 }
 BENCHMARK(mergeNodes)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);
 
@@ -98,8 +97,7 @@ void mergeTriangles(benchmark::State &state) {
         return merged.GetBoundM();
     };
     bench::require(merge() == triangles, "number of merged triangles");
-    bench::measure(state, static_cast<std::size_t>(2 * triangles),
-                   [&] { benchmark::DoNotOptimize(merge()); });
+    bench::measure(state, 2 * triangles, [&] { benchmark::DoNotOptimize(merge()); });
 }
 BENCHMARK(mergeTriangles)->Arg(50)->Arg(200)->Unit(benchmark::kMillisecond);
 
@@ -131,8 +129,7 @@ void unfold(benchmark::State &state) {
         bench::require(bench::isNear(flat, bench::distance({a[0], a[1], a[2]}, {b[0], b[1], b[2]})),
                        "length of an unfolded edge");
     }
-    bench::measure(state, static_cast<std::size_t>(count),
-                   [&] { benchmark::DoNotOptimize(lay()); });
+    bench::measure(state, count, [&] { benchmark::DoNotOptimize(lay()); });
 }
 BENCHMARK(unfold)->Arg(100)->Unit(benchmark::kMillisecond);
 
