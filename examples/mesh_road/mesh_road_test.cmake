@@ -1,30 +1,15 @@
 # Runs the example on the part of its own, on small files and on files that are no meshes.
 #   PROGRAM, WORK_DIR, STEP
 cmake_minimum_required(VERSION 3.25)
-set(dir ${WORK_DIR}/${STEP})
-file(REMOVE_RECURSE ${dir})
-file(MAKE_DIRECTORY ${dir})
+include(${CMAKE_CURRENT_LIST_DIR}/../shared/example_test.cmake)
 
 # require_output(<expected> <argument>...): the lines printed, where the size of the file may be any.
 function(require_output expected)
-  execute_process(COMMAND ${PROGRAM} ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE error)
-  string(REGEX REPLACE "file: [0-9]+ bytes \\([0-9]+% of raw\\)" "file: N" output "${output}")
-  if(NOT status EQUAL 0 OR NOT error STREQUAL "" OR NOT output STREQUAL expected)
-    message(FATAL_ERROR "${ARGN}: exit status ${status}, standard error \"${error}\", output:\n${output}"
-                        "instead of:\n${expected}")
+  run_well(${ARGN})
+  string(REGEX REPLACE "file: [0-9]+ bytes \\([0-9]+% of raw\\)" "file: N" printed "${printed}")
+  if(NOT printed STREQUAL expected)
+    message(FATAL_ERROR "${ARGN}: printed\n${printed}instead of\n${expected}")
   endif()
-endfunction()
-
-# require_failure(<mention> <argument>...): exit status 1 and one line on standard error, which mentions what is wrong.
-# What was printed until then comes back in `printed`.
-function(require_failure mention)
-  execute_process(COMMAND ${PROGRAM} ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE error
-                  TIMEOUT 60)
-  if(NOT status EQUAL 1 OR NOT error MATCHES "^mesh_road: [^\n]*${mention}[^\n]*\n$")
-    message(FATAL_ERROR "${ARGN}: exit status ${status}, output \"${output}\", standard error:\n${error}"
-                        "instead of one line with \"${mention}\"")
-  endif()
-  set(printed "${output}" PARENT_SCOPE)
 endfunction()
 
 # An open box of 10 mm: five sides, as polygons.
@@ -87,14 +72,7 @@ elseif(STEP STREQUAL bad_input)
       "cut.ply|${ply_head}${points}4 0 3|fewer values"
       "words.ply|${ply_head}${points}four|no number"
       "far.ply|${ply_head}${points}${far_faces}|face names a point")
-  foreach(case IN LISTS cases)
-    string(REGEX MATCH "^([^|]*)\\|([^|]*)\\|([^|]*)$" matched "${case}")
-    file(WRITE ${dir}/${CMAKE_MATCH_1} "${CMAKE_MATCH_2}")
-    require_failure("${CMAKE_MATCH_3}" ${dir}/${CMAKE_MATCH_1})
-    if(printed)
-      message(FATAL_ERROR "${CMAKE_MATCH_1}: figures of a mesh that could not be read: ${printed}")
-    endif()
-  endforeach()
+  refuse_files("${cases}")
 
 else()
   message(FATAL_ERROR "no step ${STEP}")
