@@ -1,6 +1,7 @@
 // Scanning and formatting of short texts.
 #include "trunnion/host/text_scan.h"
 
+#include <cfloat>
 #include <climits>
 #include <string>
 
@@ -79,6 +80,15 @@ TEST(TextScan, RealsStoreFirstAndTakeAMinusBehindThem) {
         EXPECT_EQ(slSimpleFloatParseF(c.text, narrow), c.result);
         EXPECT_EQ(narrow, c.result == 1 ? static_cast<float>(c.value) : 0.0F) << c.text;
     }
+}
+
+TEST(TextScan, RealsBeyondTheirTypeAreItsGreatest) {
+    double value = 0;
+    EXPECT_EQ(slSimpleFloatParse("-1e999", value), 1);
+    EXPECT_EQ(value, -DBL_MAX);
+    float narrow = 0;
+    EXPECT_EQ(slSimpleFloatParseF("1e99", narrow), 1);
+    EXPECT_EQ(narrow, FLT_MAX);
 }
 
 TEST(TextScan, PiecesAreCopiedWholeOrNotAtAll) {

@@ -1,6 +1,7 @@
 #include "trunnion/host/text_scan.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <climits>
 #include <cmath>
 #include <cstdlib>
@@ -95,7 +96,7 @@ int slSimpleFloatParse(const char *text, double &value) {
     // The words for infinity and not-a-number are no numbers here.
     const char letter = first[isSign(*first) ? 1 : 0];
     const bool isWord = letter == 'i' || letter == 'I' || letter == 'n' || letter == 'N';
-    value = isWord ? 0.0 : std::strtod(first, &end);
+    value = isWord ? 0.0 : std::clamp(std::strtod(first, &end), -DBL_MAX, DBL_MAX);
     if (isWord) {
         return 0;
     }
@@ -108,7 +109,8 @@ int slSimpleFloatParse(const char *text, double &value) {
 int slSimpleFloatParseF(const char *text, float &value) {
     double number = 0.0;
     const int result = slSimpleFloatParse(text, number);
-    value = result == 1 ? static_cast<float>(number) : 0.0F;
+    constexpr double greatest = FLT_MAX;
+    value = result == 1 ? static_cast<float>(std::clamp(number, -greatest, greatest)) : 0.0F;
     return result;
 }
 
