@@ -4,14 +4,23 @@
     python3 read_data_file.py FILE KINDS    its values, one on a line
 
 The file holds no kinds of its own. KINDS has a letter for each value: d integer, h short (the low 16 bits of an
-integer), f float, s string with its length in front, c byte; the last letter repeats to the end of the file. The form of
-the file is told in docs/formats.md.
+integer), f float, s string with its length in front, c byte, C curve; and for each list: I integers, R floats, P points,
+N nodes, T triangles, Q quads. The last letter repeats to the end of the file. Of a list the counts are printed, then a
+line for each slot that is live. A mesh of nodes and triangles is read with NT. The form of the file is told in
+docs/formats.md.
 """
 import struct
 import sys
 import zlib
 
 CLEAR, END, FIRST_ENTRY, LAST_ENTRY = 256, 257, 258, 4095
+DELETED_INT, DELETED_REAL = -2147483647, struct.unpack('<f', bytes.fromhex('6b0b5edd'))[0]
+LIVE_TAG = 31
+# Letter: what a slot holds. Items have a tag in front, slots of plain lists do not.
+SLOTS = {'I': struct.Struct('<i'), 'R': struct.Struct('<f'), 'P': struct.Struct('<3f')}
+ITEMS = {'N': struct.Struct('<b6f'), 'T': struct.Struct('<b3i3fb'), 'Q': struct.Struct('<b4i3fb')}
+CURVE, OLD_CURVE = struct.Struct('<2i25f'), struct.Struct('<2i19f')
+FIRST_CURVE_VERSION = 820  # the first whose curves have five coordinates in a point
 SYMBOLS = [bytes([value]) for value in range(256)] + [b'', b'']
 
 
@@ -102,11 +111,31 @@ def read_blocks(content):
     return version, blocks
 
 
+def printed(numbers):
+    return ' '.join(str(number) if isinstance(number, int) else f'{number:.9g}' for number in numbers)
+
+
+class List:
+    """The slots of a list: how many there are and, by number, what is in those that are live."""
+
+    def __init__(self, bound, live):
+        self.bound, self.live = bound, live
+
+    def __str__(self):
+        lines = [f'list of {self.bound}, {len(self.live)} live']
+        lines += [f'{slot}: ' + printed(held) for slot, held in self.live.items()]
+        return '\n'.join(lines)
+
+
 class Values:
     """Takes values from blocks; each stands in one block as a whole."""
 
-    def __init__(self, blocks):
+    def __init__(self, blocks, version=FIRST_CURVE_VERSION):
         self.blocks, self.position = [block for block in blocks if block], 0
+        self.curve = CURVE if version >= FIRST_CURVE_VERSION else OLD_CURVE
+
+    def left(self):
+        return sum(map(len, self.blocks)) - self.position
 
     def is_at_end(self):
         return not self.blocks
@@ -123,7 +152,42 @@ class Values:
             self.position = 0
         return taken
 
+    def record(self, form):
+        """The values of a record, which may begin in one block and end in another."""
+        taken = b''
+        while len(taken) < form.size:
+            if not self.blocks:
+                raise Damaged('the file ends in a record')
+            taken += self.bytes(min(form.size - len(taken), len(self.blocks[0]) - self.position))
+        return form.unpack(taken)
+
+    def count(self, size):
+        """The number of slots of a list, which the rest of the file can hold."""
+        bound = self.one('d')
+        if not 0 <= bound <= self.left() // size:
+            raise Damaged('a list claims more slots than the file can hold')
+        return bound
+
+    def slots(self, form):
+        bound = self.count(form.size)
+        if self.one('d') < 0:
+            raise Damaged('a list has a negative number of live slots')
+        marker = DELETED_REAL if 'f' in form.format else DELETED_INT
+        held = form.iter_unpack(self.bytes(bound * form.size))
+        return List(bound, {slot: members for slot, members in enumerate(held) if members[0] != marker})
+
+    def items(self, form):
+        bound = self.count(form.size)
+        held = [self.record(form) for _ in range(bound)]
+        return List(bound, {slot: item[1:] for slot, item in enumerate(held) if item[0] == LIVE_TAG})
+
     def one(self, kind):
+        if kind in SLOTS:
+            return self.slots(SLOTS[kind])
+        if kind in ITEMS:
+            return self.items(ITEMS[kind])
+        if kind == 'C':
+            return self.record(self.curve)
         if kind == 'c':
             return self.bytes(1)[0]
         if kind == 's':
@@ -143,12 +207,19 @@ class Values:
         return taken
 
 
+def text(value):
+    if isinstance(value, bytes):
+        return value.decode('gbk', 'replace')
+    return printed(value) if isinstance(value, tuple) else str(value)
+
+
 def main():
-    with open(sys.argv[1], 'rb') as file:
+    path, kinds = (sys.argv[1:] + [''])[:2]
+    with open(path, 'rb') as file:
         version, blocks = read_blocks(file.read())
-    if len(sys.argv) > 2:
-        for value in Values(blocks).all(sys.argv[2]):
-            print(value.decode('gbk', 'replace') if isinstance(value, bytes) else value)
+    if kinds:
+        for value in Values(blocks, version).all(kinds):
+            print(text(value))
     else:
         print('version', version)
         for number, block in enumerate(blocks):
@@ -156,7 +227,11 @@ def main():
 
 
 if __name__ == '__main__':
+    if len(sys.argv) not in (2, 3) or not set(sys.argv[2:3] and sys.argv[2]) <= set('dhfscC').union(SLOTS, ITEMS):
+        sys.exit('usage: read_data_file.py FILE [KINDS], with KINDS of the letters dhfscCIRPNTQ')
     try:
         main()
     except Damaged as reason:
         sys.exit(f'damaged: {reason}')
+    except OSError as error:
+        sys.exit(f'{error.filename}: {error.strerror}')

@@ -1,8 +1,12 @@
-"""Holds read_data_file.py and docs/formats.md against files of the library: python3 read_data_file_test.py LIBRARY"""
+"""Holds read_data_file.py and docs/formats.md against files of the library.
+
+    python3 read_data_file_test.py LIBRARY LIST_WRITER
+"""
 import os
 import pathlib
 import random
 import re
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -11,7 +15,9 @@ import flat_calls
 import read_data_file
 
 FORMATS = pathlib.Path(__file__).parents[2] / 'docs' / 'formats.md'
+READER = pathlib.Path(read_data_file.__file__)
 library = flat_calls.load(sys.argv.pop(1))
+list_writer = sys.argv.pop(1)
 WRITERS = {
     'd': library.OutputDVB,
     'h': library.OutputShortDVB,
@@ -39,6 +45,12 @@ def read(content, kinds):
     return version, read_data_file.Values(blocks).all(kinds)
 
 
+def run_reader(*arguments):
+    """Exit status, output and complaint of the program."""
+    run = subprocess.run([sys.executable, '-B', READER, *arguments], capture_output=True, text=True)
+    return run.returncode, run.stdout, run.stderr
+
+
 class ReadDataFile(unittest.TestCase):
     def test_values_come_back(self):
         chance = random.Random(1)
@@ -64,6 +76,61 @@ class ReadDataFile(unittest.TestCase):
         lines = re.findall(r'^    ((?:[0-9a-f]{2} )+) {2,}', FORMATS.read_text(encoding='utf-8'), re.MULTILINE)
         documented = bytes.fromhex(''.join(lines))
         self.assertEqual(documented, written('ds', [-2, b'aaaa'], 100))
+
+    def test_lists_come_back(self):
+        expected = """spindle
+list of 4, 3 live
+0: 5
+2: 7
+3: 8
+list of 2, 2 live
+0: 0.100000001
+1: -2.5
+list of 2, 1 live
+1: 1 2 3
+list of 3, 3 live
+0: 0 0.5 -1 0 0 1
+1: 1 0.5 -1 0 0 1
+2: 2 0.5 -1 0 0 1
+list of 2, 1 live
+1: -2147483647 -2147483647 -2147483647 0 0 1 1
+list of 1, 1 live
+0: 3 2 1 0 0 0 0 0
+1 143 0 0 0 0 0 1 2 3 0 0 4 5 6 0 0 0 0 0 0 0 0 0 0 0 0.25
+"""
+        with tempfile.TemporaryDirectory() as directory:
+            path = os.path.join(directory, 'lists')
+            subprocess.run([list_writer, path], check=True)
+            self.assertEqual(run_reader(path, 'sIRPNTQC'), (0, expected, ''))
+            _, output, _ = run_reader(path)
+            self.assertRegex(output, r'^version 5002\nblock 0: .*\nblock 1: .*\n$')
+
+    def test_old_curves_have_three_coordinates(self):
+        values = [1, 143, *map(float, range(19))]
+        _, blocks = read_data_file.read_blocks(written('ddf', values))
+        self.assertEqual(read_data_file.Values(blocks, 819).all('C'), [tuple(values)])
+        self.assertRaises(read_data_file.Damaged, read_data_file.Values(blocks, 820).all, 'C')
+
+    def test_complaints_are_one_line(self):
+        lists = written('d', [1000, 1000, 1])  # claims 1000 slots and holds one
+        with tempfile.TemporaryDirectory() as directory:
+            path = os.path.join(directory, 'file')
+            for content, kinds, mention in (
+                    (b'', 'd', 'ends before'), (lists[:-1], 'd', 'ends in a block'), (lists, 'I', 'claims'),
+                    (lists, 'N', 'claims'), (lists, 'dddd', None), (written('d', [-1]), 'N', 'claims'),
+                    (written('d', [0, -1]), 'R', 'negative'), (written('d', [9]), 's', 'runs over'),
+                    (lists, 'C', 'ends in a record'), (lists, 'x', 'usage')):
+                with open(path, 'wb') as file:
+                    file.write(content)
+                status, output, complaint = run_reader(path, kinds)
+                with self.subTest(mention):
+                    if mention is None:
+                        self.assertEqual((status, output, complaint), (0, '1000\n1000\n1\n', ''))
+                    else:
+                        self.assertEqual((status, output), (1, ''))
+                        self.assertRegex(complaint, f'^[^\n]*{mention}[^\n]*\n$')
+            status, _, complaint = run_reader(path + ' of nobody')
+            self.assertRegex(complaint, r'^[^\n]*No such file[^\n]*\n$')
 
     def test_damaged_files_are_refused(self):
         content = written('ds', [5, b'tool holder, tool holder'])
