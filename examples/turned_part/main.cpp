@@ -138,7 +138,7 @@ void printMesh(const Mesh &mesh, const BoundaryCount &boundary) {
 // need not be shorter than some pixels.
 Fineness finenessOfPicture(const Profile &profile) {
     const double extent = std::max(profile.length(), 2.0 * profile.largestRadius());
-    return {0.01 * extent, 3.0 * degree, 5.0 * extent / pictureSize};
+    return {0.01 * extent, 1.2 * degree, 7.0 * extent / pictureSize};
 }
 
 void draw(const Part &part, const Profile &profile, const std::vector<Element> &contour,
