@@ -12,8 +12,8 @@
 #include <cmath>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <new>
-#include <optional>
 #include <vector>
 
 #include "trunnion/containers/slot_array.h"
@@ -299,11 +299,11 @@ struct WalkIndex {
 };
 
 // Nothing where memory is short.
-std::optional<WalkIndex> buildIndex(const TriangleSpan &triangles) {
+std::unique_ptr<WalkIndex> buildIndex(const TriangleSpan &triangles) {
     try {
-        return WalkIndex{EdgeMap(triangles), MarkedSlots(triangles)};
+        return std::make_unique<WalkIndex>(WalkIndex{EdgeMap(triangles), MarkedSlots(triangles)});
     } catch (const std::bad_alloc &) {
-        return std::nullopt;
+        return nullptr;
     }
 }
 
@@ -415,7 +415,7 @@ private:
     TriangleSpan triangles;
     int &unreached;
     Point2DArr &coordinates;
-    std::optional<WalkIndex> index;
+    std::unique_ptr<WalkIndex> index;
 };
 
 } // namespace
