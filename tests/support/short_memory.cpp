@@ -5,16 +5,31 @@
 
 bool test::memoryIsShort = false;
 
+void *operator new(std::size_t size, const std::nothrow_t & /*tag*/) noexcept {
+    return test::memoryIsShort ? nullptr : std::malloc(size);
+}
+void *operator new[](std::size_t size, const std::nothrow_t &tag) noexcept {
+    return operator new(size, tag);
+}
 void *operator new(std::size_t size) {
-    void *block = test::memoryIsShort ? nullptr : std::malloc(size);
+    void *block = operator new(size, std::nothrow);
     if (block == nullptr) {
         throw std::bad_alloc();
     }
     return block;
 }
+void *operator new[](std::size_t size) {
+    return operator new(size);
+}
 void operator delete(void *block) noexcept {
     std::free(block);
 }
 void operator delete(void *block, std::size_t /*size*/) noexcept {
+    std::free(block);
+}
+void operator delete[](void *block) noexcept {
+    std::free(block);
+}
+void operator delete[](void *block, std::size_t /*size*/) noexcept {
     std::free(block);
 }
