@@ -3,6 +3,7 @@
 
 #include <cfloat>
 #include <cmath>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -11,12 +12,7 @@
 
 namespace {
 
-using test::above;
-using test::below;
-using test::bytesOf;
-using test::samePoint;
-using test::SENTINEL;
-using test::sentinelCurve;
+using namespace test;
 
 constexpr int CCW = CUR_DIR_CCW;
 constexpr int CW = CUR_DIR_CW;
@@ -27,18 +23,17 @@ const float ROOT3 = std::sqrt(3.0F);
 struct Outputs {
     float r = SENTINEL, u = SENTINEL, v = SENTINEL;
 
-    void expect(const Outputs &expected) const {
-        EXPECT_NEAR(r, expected.r, 1e-6F);
-        EXPECT_NEAR(u, expected.u, 1e-6F);
-        EXPECT_NEAR(v, expected.v, 1e-6F);
+    void expect(const Outputs &expected, float slack = 1e-6F) const {
+        EXPECT_NEAR(r, expected.r, slack);
+        EXPECT_NEAR(u, expected.u, slack);
+        EXPECT_NEAR(v, expected.v, slack);
     }
 };
 
 // Ends at the bound coincide. A radius reaches if it is the half chord with the tolerance, as a
 // float; any other direction than CW turns counter-clockwise.
 TEST(Arcs, CentreFromEndsAndRadius) {
-    const float reach = 0.9999F;
-    const float ends = 2 * SL_ZERO;
+    const float reach = 0.9999F, ends = 2 * SL_ZERO;
     const struct {
         int direction;
         float ub, r; // from (0, 0) to (ub, 0)
@@ -61,25 +56,22 @@ TEST(Arcs, CentreFromEndsAndRadius) {
 }
 
 TEST(Arcs, CentreWithASlackOnTheRadius) {
-    const struct {
-        float ub, r, tolerance; // from (0, 0) to (ub, 0)
-        int result;
-        Outputs out;
-    } cases[] = {{2, 2, 0.01F, 1, {2, 1, ROOT3}},
-                 {2, -2, 0.01F, 1, {-2, 1, -ROOT3}},
-                 {2, 0.995F, 0.01F, 1, {1, 1, 0}},
-                 {2, -0.995F, 0.01F, 1, {1, 1, 0}}, // stretched, it loses its sign
-                 {2, 0.99F, 0.01F, 1, {1, 1, 0}},   // the slack itself still reaches
-                 {2, 0.9899F, 0.01F, 0, {0.9899F}},
-                 {2, 0.995F, 0, 0, {0.995F}},
-                 {0, 3, 0.01F, 1, {0, 0, 0}},
-                 {2 * SL_ZERO, -3, 0.01F, 1, {0, 0, 0}}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message() << "to " << c.ub << ", r " << c.r);
-        Outputs out{c.r};
-        EXPECT_EQ(slCalArcCentNear(CCW, 0, 0, c.ub, 0, &out.r, &out.u, &out.v, c.tolerance),
-                  c.result);
-        out.expect(c.out);
+    // From (0, 0) to (ub, 0).
+    const std::tuple<float, float, float, int, Outputs> cases[] = {
+        {2, 2, 0.01F, 1, {2, 1, ROOT3}},
+        {2, -2, 0.01F, 1, {-2, 1, -ROOT3}},
+        {2, 0.995F, 0.01F, 1, {1, 1, 0}},
+        {2, -0.995F, 0.01F, 1, {1, 1, 0}}, // stretched, it loses its sign
+        {2, 0.99F, 0.01F, 1, {1, 1, 0}},   // the slack itself still reaches
+        {2, 0.9899F, 0.01F, 0, {0.9899F}},
+        {2, 0.995F, 0, 0, {0.995F}},
+        {0, 3, 0.01F, 1, {0, 0, 0}},
+        {2 * SL_ZERO, -3, 0.01F, 1, {0, 0, 0}}};
+    for (const auto &[ub, r, tolerance, result, wantedOut] : cases) {
+        SCOPED_TRACE(testing::Message() << "to " << ub << ", r " << r);
+        Outputs out{r};
+        EXPECT_EQ(slCalArcCentNear(CCW, 0, 0, ub, 0, &out.r, &out.u, &out.v, tolerance), result);
+        out.expect(wantedOut);
     }
     float r = 0.9999F; // inside the base tolerance nothing is stretched
     Outputs out;
@@ -88,26 +80,22 @@ TEST(Arcs, CentreWithASlackOnTheRadius) {
 }
 
 TEST(Arcs, CentreAndRadiusFromASweep) {
-    const struct {
-        int direction;
-        float sweep; // from (1, 0) to (0, 1)
-        int result;
+    // From (1, 0) to (0, 1).
+    const std::tuple<int, float, int, Outputs> cases[] = {
+        {CCW, SL_HALF_PI, 1, {1, 0, 0}},
+        {CCW, -SL_HALF_PI, 1, {-1, 0, 0}},
+        {CW, SL_HALF_PI, 1, {1, 1, 1}},
+        {CCW, 3 * SL_HALF_PI, 1, {1, 1, 1}},
+        {CCW, SL_PI, 1, {ROOT2 / 2, 0.5F, 0.5F}},
+        {CCW, 0, 0, {}},
+        {CCW, SL_TWO_PI, 0, {}},
+        {CW, -SL_TWO_PI, 0, {}},
+        {CCW, 0.0001414F, 0, {}}}; // the bound of the sine is the half chord's
+    for (const auto &[direction, sweep, result, wantedOut] : cases) {
+        SCOPED_TRACE(testing::Message() << direction << " by " << sweep);
         Outputs out;
-    } cases[] = {{CCW, SL_HALF_PI, 1, {1, 0, 0}},
-                 {CCW, -SL_HALF_PI, 1, {-1, 0, 0}},
-                 {CW, SL_HALF_PI, 1, {1, 1, 1}},
-                 {CCW, 3 * SL_HALF_PI, 1, {1, 1, 1}},
-                 {CCW, SL_PI, 1, {ROOT2 / 2, 0.5F, 0.5F}},
-                 {CCW, 0, 0, {}},
-                 {CCW, SL_TWO_PI, 0, {}},
-                 {CW, -SL_TWO_PI, 0, {}},
-                 {CCW, 0.0001414F, 0, {}}}; // the bound of the sine is the half chord's
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message() << c.direction << " by " << c.sweep);
-        Outputs out;
-        EXPECT_EQ(slCalArcCentRadius(c.direction, 1, 0, 0, 1, c.sweep, &out.r, &out.u, &out.v),
-                  c.result);
-        out.expect(c.out);
+        EXPECT_EQ(slCalArcCentRadius(direction, 1, 0, 0, 1, sweep, &out.r, &out.u, &out.v), result);
+        out.expect(wantedOut);
     }
     Outputs out;
     EXPECT_EQ(slCalArcCentRadius(CCW, 1, 0, 0, 1, 0.0001415F, &out.r, &out.u, &out.v), 1);
@@ -117,26 +105,22 @@ TEST(Arcs, CentreAndRadiusFromASweep) {
 }
 
 TEST(Arcs, EndFromASweepClosesOnAWholeTurn) {
-    const struct {
-        int direction;
-        float ua, sweep; // from (ua, 0) about the origin
-        int result;
+    // From (ua, 0) about the origin.
+    const std::tuple<int, float, float, int, Outputs> cases[] = {
+        {CCW, 2, SL_HALF_PI, 1, {2, 0, 2}},
+        {CCW, 2, -SL_HALF_PI, 1, {2, 0, 2}}, // only the magnitude counts
+        {CW, 2, SL_HALF_PI, 1, {2, 0, -2}},
+        {0, 2, SL_HALF_PI, 1, {2, 0, -2}},
+        {CCW, 2, SL_TWO_PI, 1, {2, 2, 0}},
+        {CCW, 2, 0.0001999F, 1, {2, 2, 0}},
+        {CCW, 2, 0.0002001F, 1, {2, 2, 0.0004002F}},
+        {CCW, above(SL_ZERO), SL_PI, 1, {SL_ZERO, -SL_ZERO, 0}},
+        {CCW, below(SL_ZERO), SL_PI, 0, {}}};
+    for (const auto &[direction, ua, sweep, result, wantedOut] : cases) {
+        SCOPED_TRACE(testing::Message() << direction << " from " << ua << " by " << sweep);
         Outputs out;
-    } cases[] = {{CCW, 2, SL_HALF_PI, 1, {2, 0, 2}},
-                 {CCW, 2, -SL_HALF_PI, 1, {2, 0, 2}}, // only the magnitude counts
-                 {CW, 2, SL_HALF_PI, 1, {2, 0, -2}},
-                 {0, 2, SL_HALF_PI, 1, {2, 0, -2}},
-                 {CCW, 2, SL_TWO_PI, 1, {2, 2, 0}},
-                 {CCW, 2, 0.0001999F, 1, {2, 2, 0}},
-                 {CCW, 2, 0.0002001F, 1, {2, 2, 0.0004002F}},
-                 {CCW, above(SL_ZERO), SL_PI, 1, {SL_ZERO, -SL_ZERO, 0}},
-                 {CCW, below(SL_ZERO), SL_PI, 0, {}}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message() << c.direction << " from " << c.ua << " by " << c.sweep);
-        Outputs out;
-        EXPECT_EQ(slCalArcRadiusPnt(c.direction, c.ua, 0, 0, 0, c.sweep, &out.r, &out.u, &out.v),
-                  c.result);
-        out.expect(c.out);
+        EXPECT_EQ(slCalArcRadiusPnt(direction, ua, 0, 0, 0, sweep, &out.r, &out.u, &out.v), result);
+        out.expect(wantedOut);
     }
 }
 
@@ -145,10 +129,8 @@ TEST(Arcs, TheThreeStatementsOfAnArcAgree) {
     test::Random random(42);
     for (int i = 0; i < 2000; ++i) {
         const int direction = random.oneIn(2) ? CCW : CW;
-        const float cu = random.real(-20, 20);
-        const float cv = random.real(-20, 20);
-        const float ua = cu + random.real(5, 20);
-        const float va = cv + random.real(-20, 20);
+        const float cu = random.real(-20, 20), cv = random.real(-20, 20);
+        const float ua = cu + random.real(5, 20), va = cv + random.real(-20, 20);
         const float sweep = random.real(0.5F, 5.8F);
         Outputs end;
         ASSERT_EQ(slCalArcRadiusPnt(direction, ua, va, cu, cv, sweep, &end.r, &end.u, &end.v), 1);
@@ -156,9 +138,7 @@ TEST(Arcs, TheThreeStatementsOfAnArcAgree) {
         Outputs out;
         ASSERT_EQ(
             slCalArcCentRadius(direction, ua, va, end.u, end.v, sweep, &out.r, &out.u, &out.v), 1);
-        EXPECT_NEAR(out.r, end.r, 1e-3F);
-        EXPECT_NEAR(out.u, cu, 1e-3F);
-        EXPECT_NEAR(out.v, cv, 1e-3F);
+        out.expect({end.r, cu, cv}, 1e-3F);
         const float radius = sweep > SL_PI ? -end.r : end.r;
         ASSERT_EQ(slCalArcCent(direction, ua, va, end.u, end.v, radius, &out.u, &out.v), 1);
         EXPECT_NEAR(out.u, cu, 0.05F) << sweep; // near half a turn the radius hardly tells
@@ -181,20 +161,18 @@ TEST(Arcs, PointGoesOntoTheCircle) {
 // The last four: v / r that is 0 as a float, a negative radius, and a radius of 0 twice.
 TEST(Arcs, AngleSnapsNearTheFirstAxis) {
     const float right = std::acos(0.0F);
-    const struct {
-        float pu, pv, r, angle;
-    } cases[] = {{0, 1, 1, right},
-                 {0, -1, 1, SL_TWO_PI - right},
-                 {-1, -0.001F, 1, SL_PI},
-                 {0.99995F, 0.01F, 1, 0},
-                 {0.99995F, -0.01F, 1, SL_TWO_PI},
-                 {0.9998F, 0.02F, 1, std::acos(0.9998F)},
-                 {1, -1e-38F, 1e10F, right},
-                 {1, 0, -1, SL_PI},
-                 {1, 2, 0, 0},
-                 {0, 0, 0, 0}};
-    for (const auto &c : cases) {
-        EXPECT_NEAR(slGetArcAng2(0, 0, c.pu, c.pv, c.r), c.angle, 1e-6F) << c.pu << " " << c.pv;
+    const std::tuple<float, float, float, float> cases[] = {{0, 1, 1, right},
+                                                            {0, -1, 1, SL_TWO_PI - right},
+                                                            {-1, -0.001F, 1, SL_PI},
+                                                            {0.99995F, 0.01F, 1, 0},
+                                                            {0.99995F, -0.01F, 1, SL_TWO_PI},
+                                                            {0.9998F, 0.02F, 1, std::acos(0.9998F)},
+                                                            {1, -1e-38F, 1e10F, right},
+                                                            {1, 0, -1, SL_PI},
+                                                            {1, 2, 0, 0},
+                                                            {0, 0, 0, 0}};
+    for (const auto &[pu, pv, r, angle] : cases) {
+        EXPECT_NEAR(slGetArcAng2(0, 0, pu, pv, r), angle, 1e-6F) << pu << " " << pv;
     }
 }
 
@@ -203,8 +181,7 @@ struct ArcCase {
     const char *what;
     double low, high, radius;
     int type; // 0: as it was; 1: a line; 3: a helix
-    double first, second;
-    double rise = 0.0;
+    double first, second, rise = 0.0;
 };
 
 test::Triple pointOf(int type, double radius, double angle, double rise) {
@@ -287,8 +264,7 @@ TEST(SetArcPara, TreatsThePlanesDifferentlyWhereTheEndsMeetTheFirstAxis) {
     for (const auto &c : cases) {
         for (int i = 0; i < 3; ++i) {
             const int type = test::PLANAR_ARCS[i];
-            test::Triple start = pointOf(type, 5, -c.half, 0);
-            test::Triple end = pointOf(type, 5, c.half, 0);
+            test::Triple start = pointOf(type, 5, -c.half, 0), end = pointOf(type, 5, c.half, 0);
             float centre[] = {10, 20, 30};
             TouchCurD curve = sentinelCurve(type);
             EXPECT_EQ(slSetArcPara(&curve, start.data(), end.data(), centre, 5), 1);
@@ -302,46 +278,37 @@ TEST(SetArcPara, TreatsThePlanesDifferentlyWhereTheEndsMeetTheFirstAxis) {
 // In y-z about the origin: y and z of the ends, how much x rises, the radius; then the type, the
 // angles and whether the pitch is written. The radius need not fit the ends.
 TEST(SetArcPara, BoundsBelongToTheSideThatIsTold) {
-    const float past = above(SL_ZERO);
-    const float turn = SL_TWO_PI;
-    const struct {
-        float y1, z1, y2, z2, rise, r;
-        int type;
-        float first, second;
-    } cases[] = {// Both ends read as the first axis: full up to the tolerance, a line beyond it.
-                 {5, 1, 5, 2, 0, SL_ZERO, CUR_ARC_YZ, 0, turn},
-                 {5, 1, 5, 2, 0, past, CUR_LINE, 0, 0},
-                 // The same across the axis, where up to the tolerance it stays as it is.
-                 {5, -1, 5, 1, 0, SL_ZERO, CUR_ARC_YZ, turn, turn},
-                 {5, -1, 5, 1, 0, past, CUR_LINE, turn, turn},
-                 {5, -1, 5, 1, 2, -1, CUR_HELIX_YZ, SL_PI, turn + SL_PI},
-                 // A chord that runs outwards turns by no more than the tolerance, or by more.
-                 {0, 1, -0.00015F, 3, 0, 1, CUR_ARC_YZ, 1.5707963F, 1.5709463F + turn},
-                 {0, 1, -0.00025F, 3, 0, 1, CUR_ARC_YZ, 1.5707963F, 1.5710463F},
-                 // The ends lie apart across the plane by the tolerance, or by more.
-                 {0, 1, -1, 0, SL_ZERO, 1, CUR_ARC_YZ, 1.5707963F, SL_PI},
-                 {0, 1, -1, 0, past, 1, CUR_HELIX_YZ, 1.5707963F, SL_PI}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message() << c.y1 << " " << c.y2 << " " << c.rise << " " << c.r);
-        float start[] = {0, c.y1, c.z1};
-        float end[] = {c.rise, c.y2, c.z2};
-        float centre[] = {0, 0, 0};
+    const float past = above(SL_ZERO), turn = SL_TWO_PI;
+    const std::tuple<float, float, float, float, float, float, int, float, float> cases[] = {
+        // Both ends read as the first axis: full up to the tolerance, a line beyond it.
+        {5, 1, 5, 2, 0, SL_ZERO, CUR_ARC_YZ, 0, turn},
+        {5, 1, 5, 2, 0, past, CUR_LINE, 0, 0},
+        // The same across the axis, where up to the tolerance it stays as it is.
+        {5, -1, 5, 1, 0, SL_ZERO, CUR_ARC_YZ, turn, turn},
+        {5, -1, 5, 1, 0, past, CUR_LINE, turn, turn},
+        {5, -1, 5, 1, 2, -1, CUR_HELIX_YZ, SL_PI, turn + SL_PI},
+        // A chord that runs outwards turns by no more than the tolerance, or by more.
+        {0, 1, -0.00015F, 3, 0, 1, CUR_ARC_YZ, 1.5707963F, 1.5709463F + turn},
+        {0, 1, -0.00025F, 3, 0, 1, CUR_ARC_YZ, 1.5707963F, 1.5710463F},
+        // The ends lie apart across the plane by the tolerance, or by more.
+        {0, 1, -1, 0, SL_ZERO, 1, CUR_ARC_YZ, 1.5707963F, SL_PI},
+        {0, 1, -1, 0, past, 1, CUR_HELIX_YZ, 1.5707963F, SL_PI}};
+    for (const auto &[y1, z1, y2, z2, rise, r, type, first, second] : cases) {
+        SCOPED_TRACE(testing::Message() << y1 << " " << y2 << " " << rise << " " << r);
+        float start[] = {0, y1, z1}, end[] = {rise, y2, z2}, centre[] = {0, 0, 0};
         TouchCurD curve = sentinelCurve(CUR_ARC_YZ);
-        EXPECT_EQ(slSetArcPara(&curve, start, end, centre, c.r), 1);
-        EXPECT_EQ(curve.type, c.type);
-        EXPECT_NEAR(curve.firstAngle, c.first, 1e-6F);
-        EXPECT_NEAR(curve.secondAngle, c.second, 1e-6F);
+        EXPECT_EQ(slSetArcPara(&curve, start, end, centre, r), 1);
+        EXPECT_EQ(curve.type, type);
+        EXPECT_NEAR(curve.firstAngle, first, 1e-6F);
+        EXPECT_NEAR(curve.secondAngle, second, 1e-6F);
     }
 }
 
 TEST(SetArcPara, StoresPointsAndRadiusOnOtherTypesToo) {
-    float start[] = {1, 2, 3};
-    float end[] = {4, 5, 6};
-    float centre[] = {7, 8, 9};
+    float start[] = {1, 2, 3}, end[] = {4, 5, 6}, centre[] = {7, 8, 9};
     for (const int type : {CUR_LINE, CUR_ARC, 153, CUR_HELIX_XY, SL_DELETED_INT}) {
         for (const int direction : test::DIRECTIONS) {
-            TouchCurD curve = sentinelCurve(type, direction);
-            TouchCurD expected = curve;
+            TouchCurD curve = sentinelCurve(type, direction), expected = curve;
             test::setXyz(expected.firstPoint, direction == CCW ? start : end);
             test::setXyz(expected.secondPoint, direction == CCW ? end : start);
             test::setXyz(expected.centre, centre);

@@ -3,6 +3,7 @@
 
 #include <cfloat>
 #include <cmath>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -12,12 +13,7 @@
 
 namespace {
 
-using test::above;
-using test::below;
-using test::bytesOf;
-using test::samePoint;
-using test::SENTINEL;
-using test::sentinelCurve;
+using namespace test;
 
 // A search, with everything that it must leave alone checked.
 struct Found {
@@ -54,29 +50,26 @@ TouchCurD makeArc(float z, float x, float radius, float firstAngle, float second
 
 TEST(FindIntPnt, LineGivesItsFirstEndThenItsSecondThenItsCrossing) {
     // From (0, 1, 0) to (10, 2, 5), and with x and z exchanged for the constant z.
-    const struct {
-        float station;
-        int count;
-        float y, other, parameter;
-    } cases[] = {{4, 1, 1, 2, SENTINEL},
-                 {0.00005F, 1, 1, 0, 0},
-                 {-below(SL_ZERO), 1, 1, 0, 0},
-                 {-SL_ZERO, 0, 0, 0, 0},
-                 {SL_ZERO, 1, 1, SL_ZERO / 2, SENTINEL},
-                 {10, 1, 2, 5, 1},
-                 {10.00005F, 1, 2, 5, 1},
-                 {11, 0, 0, 0, 0}};
+    const std::tuple<float, int, float, float, float> cases[] = {
+        {4, 1, 1, 2, SENTINEL},
+        {0.00005F, 1, 1, 0, 0},
+        {-below(SL_ZERO), 1, 1, 0, 0},
+        {-SL_ZERO, 0, 0, 0, 0},
+        {SL_ZERO, 1, 1, SL_ZERO / 2, SENTINEL},
+        {10, 1, 2, 5, 1},
+        {10.00005F, 1, 2, 5, 1},
+        {11, 0, 0, 0, 0}};
     TouchCurD lines[] = {makeLine({0, 1, 0, 0, 0}, {10, 2, 5, 0, 0}),
                          makeLine({0, 1, 0, 0, 0}, {5, 2, 10, 0, 0})};
-    for (const auto &c : cases) {
+    for (const auto &[station, count, y, other, parameter] : cases) {
         for (const int at : {0, 2}) {
-            const Found found(lines[at / 2], at == 0 ? 'x' : 'z', c.station);
-            ASSERT_EQ(found.count, c.count) << c.station;
-            if (c.count == 1) {
-                EXPECT_EQ(found.rows[0][at], c.station);
-                EXPECT_EQ(found.rows[0][1], c.y);
-                EXPECT_FLOAT_EQ(found.rows[0][2 - at], c.other);
-                EXPECT_EQ(found.rows[2][0], c.parameter);
+            const Found found(lines[at / 2], at == 0 ? 'x' : 'z', station);
+            ASSERT_EQ(found.count, count) << station;
+            if (count == 1) {
+                EXPECT_EQ(found.rows[0][at], station);
+                EXPECT_EQ(found.rows[0][1], y);
+                EXPECT_FLOAT_EQ(found.rows[0][2 - at], other);
+                EXPECT_EQ(found.rows[2][0], parameter);
             }
         }
     }
@@ -87,70 +80,60 @@ TEST(FindIntPnt, LineGivesItsFirstEndThenItsSecondThenItsCrossing) {
 }
 
 TEST(FindIntPnt, TheDeadBandOfALineIsWiderForAConstantZ) {
-    const struct {
-        float before, behind;
-        int countX, countZ;
-    } cases[] = {{0.0002F, 0.4F, 1, 0},    // product 8e-5
-                 {0.0002F, 0.6F, 1, 1},    // product 1.2e-4
-                 {SL_ZERO, SL_ZERO, 0, 0}, // product below 1e-8, by the bits of SL_ZERO
-                 {SL_ZERO, 0.000101F, 1, 0}};
-    for (const auto &c : cases) {
-        TouchCurD line = makeLine({-c.before, 0, -c.before, 0, 0}, {c.behind, 0, c.behind, 0, 0});
-        EXPECT_EQ(Found(line, 'x', 0).count, c.countX) << c.before << " " << c.behind;
-        EXPECT_EQ(Found(line, 'z', 0).count, c.countZ) << c.before << " " << c.behind;
+    const std::tuple<float, float, int, int> cases[] = {
+        {0.0002F, 0.4F, 1, 0},    // product 8e-5
+        {0.0002F, 0.6F, 1, 1},    // product 1.2e-4
+        {SL_ZERO, SL_ZERO, 0, 0}, // product below 1e-8, by the bits of SL_ZERO
+        {SL_ZERO, 0.000101F, 1, 0}};
+    for (const auto &[before, behind, countX, countZ] : cases) {
+        TouchCurD line = makeLine({-before, 0, -before, 0, 0}, {behind, 0, behind, 0, 0});
+        EXPECT_EQ(Found(line, 'x', 0).count, countX) << before << " " << behind;
+        EXPECT_EQ(Found(line, 'z', 0).count, countZ) << before << " " << behind;
     }
 }
 
 TEST(FindIntPnt, FullCircleIsCutTwiceTouchedOnceOrMissed) {
-    const float half = SL_PI;
-    const float turn = SL_TWO_PI;
-    const float sine = std::asin(0.5F);
-    const float cosine = std::acos(0.5F);
-    const struct {
-        char axis;
-        float station;
-        std::vector<float> angles;
-    } cases[] = {{'x', 1, {sine, half - sine}},
-                 {'x', -1, {half + sine, turn - sine}},
-                 {'x', 0, {0, half}},
-                 {'x', 2, {SL_HALF_PI}},
-                 {'x', -2, {3 * SL_HALF_PI}},
-                 {'x', 2.0001F, {SL_HALF_PI}},
-                 {'x', 2.1F, {}},
-                 {'x', -2.1F, {}},
-                 {'z', 1, {cosine, turn - cosine}},
-                 {'z', -1, {half - cosine, half + cosine}},
-                 {'z', 2, {0}},
-                 {'z', -2, {half}},
-                 {'z', 2.1F, {}}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message() << c.axis << " " << c.station);
+    const float half = SL_PI, turn = SL_TWO_PI, sine = std::asin(0.5F), cosine = std::acos(0.5F);
+    const std::tuple<char, float, std::vector<float>> cases[] = {
+        {'x', 1, {sine, half - sine}},
+        {'x', -1, {half + sine, turn - sine}},
+        {'x', 0, {0, half}},
+        {'x', 2, {SL_HALF_PI}},
+        {'x', -2, {3 * SL_HALF_PI}},
+        {'x', 2.0001F, {SL_HALF_PI}},
+        {'x', 2.1F, {}},
+        {'x', -2.1F, {}},
+        {'z', 1, {cosine, turn - cosine}},
+        {'z', -1, {half - cosine, half + cosine}},
+        {'z', 2, {0}},
+        {'z', -2, {half}},
+        {'z', 2.1F, {}}};
+    for (const auto &[axis, station, angles] : cases) {
+        SCOPED_TRACE(testing::Message() << axis << " " << station);
         TouchCurD circle = makeArc(0, 0, 2, 0, SL_TWO_PI);
-        const Found found(circle, c.axis, c.station);
-        ASSERT_EQ(found.count, static_cast<int>(c.angles.size()));
+        const Found found(circle, axis, station);
+        ASSERT_EQ(found.count, static_cast<int>(angles.size()));
         for (int i = 0; i < found.count; ++i) {
-            EXPECT_NEAR(found.rows[2][i], c.angles[i], 1e-6F);
-            EXPECT_NEAR(found.rows[i][0], 2 * std::sin(c.angles[i]), 2e-4F);
+            EXPECT_NEAR(found.rows[2][i], angles[i], 1e-6F);
+            EXPECT_NEAR(found.rows[i][0], 2 * std::sin(angles[i]), 2e-4F);
             EXPECT_EQ(found.rows[i][1], 3.0F);
-            EXPECT_NEAR(found.rows[i][2], 2 * std::cos(c.angles[i]), 2e-4F);
+            EXPECT_NEAR(found.rows[i][2], 2 * std::cos(angles[i]), 2e-4F);
         }
     }
 }
 
 TEST(FindIntPnt, TouchingIsStrictlyBetweenItsBounds) {
-    const struct {
-        float s; // on a unit circle about the origin
-        int count;
-    } cases[] = {{below(SL_NEAR_ONE), 2},
-                 {SL_NEAR_ONE, 0},
-                 {above(SL_NEAR_ONE), 1},
-                 {below(SL_PAST_ONE), 1},
-                 {SL_PAST_ONE, 0}};
-    for (const auto &c : cases) {
-        for (const float station : {c.s, -c.s}) {
+    // s: on a unit circle about the origin
+    const std::tuple<float, int> cases[] = {{below(SL_NEAR_ONE), 2},
+                                            {SL_NEAR_ONE, 0},
+                                            {above(SL_NEAR_ONE), 1},
+                                            {below(SL_PAST_ONE), 1},
+                                            {SL_PAST_ONE, 0}};
+    for (const auto &[s, count] : cases) {
+        for (const float station : {s, -s}) {
             TouchCurD circle = makeArc(0, 0, 1, 0, SL_TWO_PI);
-            EXPECT_EQ(Found(circle, 'x', station).count, c.count) << station;
-            EXPECT_EQ(Found(circle, 'z', station).count, c.count) << station;
+            EXPECT_EQ(Found(circle, 'x', station).count, count) << station;
+            EXPECT_EQ(Found(circle, 'z', station).count, count) << station;
         }
     }
 }
@@ -235,29 +218,24 @@ TEST(FindIntPnt, PassesOverOtherTypesAndARadiusOfZero) {
 // Type, x, z, sign, and z where the cut line begins (0: nothing is cut), of a line from (-2, z 1)
 // to (8, z 3). The last four are at the first end, which is moved onto the station.
 TEST(ZxIntCur, KeepsWhatLiesBeyondTheStationOnTheNamedSide) {
-    const struct {
-        int type;
-        float x, z;
-        int sign;
-        float firstZ;
-    } cases[] = {{1, 3, 0, 1, 2},          {164, 3, 0, 1, 2},       {156, 3, 0, 1, 0},
-                 {1, 3, 0, -1, 0},         {1, 3, 4, -1, 2},        {1, 3, 2, 1, 0},
-                 {1, 3, 1.9998F, 1, 2},    {1, 3, 1.99995F, 1, 0},  {1, 8, 0, 1, 0},
-                 {1, 7.999995F, 0, 1, 0},  {1, 9, 0, 1, 0},         {1, -2.00005F, 0, 1, 1},
-                 {1, -2.00005F, 2, -1, 1}, {1, -2.00005F, 1, 1, 0}, {1, -2.0002F, 0, 1, 0}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message() << c.x << " " << c.z << " " << c.sign);
-        TouchCurD line = makeLine({-2, 1, 1, 0, 0}, {8, 2, 3, 0, 0}, c.type);
-        TouchCurD out = sentinelCurve(CUR_ARC);
-        TouchCurD expected = out;
-        if (c.firstZ != 0.0F) {
-            expected.type = c.type;
-            expected.firstPoint.X() = c.x;
-            expected.firstPoint.Z() = c.firstZ;
+    const std::tuple<int, float, float, int, float> cases[] = {
+        {1, 3, 0, 1, 2},          {164, 3, 0, 1, 2},       {156, 3, 0, 1, 0},
+        {1, 3, 0, -1, 0},         {1, 3, 4, -1, 2},        {1, 3, 2, 1, 0},
+        {1, 3, 1.9998F, 1, 2},    {1, 3, 1.99995F, 1, 0},  {1, 8, 0, 1, 0},
+        {1, 7.999995F, 0, 1, 0},  {1, 9, 0, 1, 0},         {1, -2.00005F, 0, 1, 1},
+        {1, -2.00005F, 2, -1, 1}, {1, -2.00005F, 1, 1, 0}, {1, -2.0002F, 0, 1, 0}};
+    for (const auto &[type, x, z, sign, firstZ] : cases) {
+        SCOPED_TRACE(testing::Message() << x << " " << z << " " << sign);
+        TouchCurD line = makeLine({-2, 1, 1, 0, 0}, {8, 2, 3, 0, 0}, type);
+        TouchCurD out = sentinelCurve(CUR_ARC), expected = out;
+        if (firstZ != 0.0F) {
+            expected.type = type;
+            expected.firstPoint.X() = x;
+            expected.firstPoint.Z() = firstZ;
             expected.secondPoint.X() = 8;
             expected.secondPoint.Z() = 3;
         }
-        EXPECT_EQ(slZxIntCur(&line, c.x, c.z, c.sign, &out), 0);
+        EXPECT_EQ(slZxIntCur(&line, x, z, sign, &out), 0);
         EXPECT_EQ(bytesOf(out), bytesOf(expected));
     }
 }
@@ -274,8 +252,7 @@ TEST(Offset, MovesALineAcrossItselfTowardsTheSide) {
                  {CUR_ARC_XY, {0, 1, 0}, {0, 0, 0}},
                  {163, {0, 1, 0}, {0, 0, 0}}};
     for (const auto &c : cases) {
-        TouchCurD line = makeLine({1, 2, 3, 4, 5}, {7, 2, 3, 4, 5}, c.type);
-        TouchCurD expected = line;
+        TouchCurD line = makeLine({1, 2, 3, 4, 5}, {7, 2, 3, 4, 5}, c.type), expected = line;
         expected.MoveM(c.step);
         line.OffsetM(2, c.side);
         EXPECT_EQ(bytesOf(line), bytesOf(expected)) << c.type << " " << c.side[1];
@@ -328,8 +305,7 @@ TEST(TransCoord, LineKeepsItsEndOrItsLength) {
                  {0, SL_ZERO / 2, 0, {100, 100, 100}}, // short: a point at the new start
                  {55, SL_ZERO / 2, 0, {100, 100, 100}}};
     for (const auto &c : cases) {
-        TouchCurD line = makeLine({1, 2, 3, 4, 5}, {1 + c.dx, 2 + c.dy, 3, 6, 7});
-        TouchCurD expected = line;
+        TouchCurD line = makeLine({1, 2, 3, 4, 5}, {1 + c.dx, 2 + c.dy, 3, 6, 7}), expected = line;
         test::setXyz(expected.firstPoint, start);
         test::setXyz(expected.secondPoint, c.end);
         float end[3];
@@ -349,8 +325,7 @@ TEST(TransCoord, ArcMovesWholeAndOtherTypesStay) {
     const float start[] = {100, 100, 100};
     for (int type = 153; type <= 160; ++type) {
         for (const int direction : test::DIRECTIONS) {
-            TouchCurD curve = sentinelCurve(type, direction);
-            TouchCurD expected = curve;
+            TouchCurD curve = sentinelCurve(type, direction), expected = curve;
             float expectedEnd[3] = {100, 100, 100};
             const bool moves = type >= 154 && type <= 159;
             if (moves) {

@@ -3,20 +3,19 @@
 
 #include <cmath>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 #include "tests/curves/curve_support.h"
 #include "tests/support/temp_dir.h"
+#include "tests/support/thrown.h"
 #include "trunnion/geometry/scalars.h"
 #include "trunnion/persistence/stream.h"
 
 namespace {
 
-using test::below;
-using test::bytesOf;
-using test::samePoint;
-using test::sentinelCurve;
+using namespace test;
 
 const float P[] = {21, 22, 23};
 constexpr int CCW = CUR_DIR_CCW;
@@ -34,18 +33,15 @@ TEST(TouchCur, IsAvailableAboveTheMarker) {
 }
 
 TEST(TouchCur, LinesStartAtTheFirstPointAndArcsByTheirDirection) {
-    const struct {
-        int type, direction;
-        bool startsAtFirst;
-    } cases[] = {{CUR_LINE, CW, true},   {163, CW, true},      {164, 0, true},
-                 {166, CW, true},        {162, CW, false},     {167, CW, false},
-                 {CUR_ARC, CCW, true},   {CUR_ARC, CW, false}, {CUR_ARC_XY, 0, false},
-                 {CUR_ARC_XY, CW, false}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message() << "type " << c.type << ", direction " << c.direction);
-        TouchCurD curve = sentinelCurve(c.type, c.direction);
-        Tq5AxisPntCL &start = c.startsAtFirst ? curve.firstPoint : curve.secondPoint;
-        Tq5AxisPntCL &end = c.startsAtFirst ? curve.secondPoint : curve.firstPoint;
+    const std::tuple<int, int, bool> cases[] = {
+        {CUR_LINE, CW, true},   {163, CW, true},        {164, 0, true},       {166, CW, true},
+        {162, CW, false},       {167, CW, false},       {CUR_ARC, CCW, true}, {CUR_ARC, CW, false},
+        {CUR_ARC_XY, 0, false}, {CUR_ARC_XY, CW, false}};
+    for (const auto &[type, direction, startsAtFirst] : cases) {
+        SCOPED_TRACE(testing::Message() << "type " << type << ", direction " << direction);
+        TouchCurD curve = sentinelCurve(type, direction);
+        Tq5AxisPntCL &start = startsAtFirst ? curve.firstPoint : curve.secondPoint;
+        Tq5AxisPntCL &end = startsAtFirst ? curve.secondPoint : curve.firstPoint;
         float found[4][3] = {};
         EXPECT_EQ(slGetStartPnt(&curve, found[0]) + slGetCurveStartPnt(&curve, found[1]), 2);
         EXPECT_EQ(slGetCurveEndPnt(&curve, found[2]) + GetCurveEndPnt(&curve, found[3]), 2);
@@ -54,7 +50,7 @@ TEST(TouchCur, LinesStartAtTheFirstPointAndArcsByTheirDirection) {
         }
         // The functions keep the two further coordinates, the members clear them.
         TouchCurD expected = curve;
-        Tq5AxisPntCL &moved = c.startsAtFirst ? expected.firstPoint : expected.secondPoint;
+        Tq5AxisPntCL &moved = startsAtFirst ? expected.firstPoint : expected.secondPoint;
         test::setXyz(moved, P);
         EXPECT_EQ(slSetCurveStartPnt(&curve, P), 1);
         EXPECT_EQ(bytesOf(curve), bytesOf(expected));
@@ -69,59 +65,52 @@ TEST(TouchCur, LinesStartAtTheFirstPointAndArcsByTheirDirection) {
 }
 
 TEST(TouchCur, SettingOneEndOfAPointMovesBoth) {
-    const struct {
-        float dx, dy, dz;
-        bool isPoint;
-    } cases[] = {{0, 0, 0, true},
-                 {below(SL_ZERO), 0, 0, true},
-                 {0, 0, -SL_ZERO, false},
-                 {-0.00004F, -0.00004F, -0.00004F, false}}; // the sum counts
-    for (const auto &c : cases) {
+    const std::tuple<float, float, float, bool> cases[] = {
+        {0, 0, 0, true},
+        {below(SL_ZERO), 0, 0, true},
+        {0, 0, -SL_ZERO, false},
+        {-0.00004F, -0.00004F, -0.00004F, false}}; // the sum counts
+    for (const auto &[dx, dy, dz, isPoint] : cases) {
         for (const bool setsStart : {true, false}) {
             TouchCurD curve;
             curve.type = CUR_ARC_YZ;
             curve.direction = CW;
             curve.firstPoint = Tq5AxisPntCL(0, 0, 0, 1, 2);
-            curve.secondPoint = Tq5AxisPntCL(c.dx, c.dy, c.dz, 3, 4);
-            EXPECT_EQ((setsStart ? slSetStartPnt : slSetEndPnt)(&curve, P), c.isPoint ? 0 : 1);
-            EXPECT_EQ(samePoint(curve.firstPoint, P), c.isPoint || !setsStart);
-            EXPECT_EQ(samePoint(curve.secondPoint, P), c.isPoint || setsStart);
+            curve.secondPoint = Tq5AxisPntCL(dx, dy, dz, 3, 4);
+            EXPECT_EQ((setsStart ? slSetStartPnt : slSetEndPnt)(&curve, P), isPoint ? 0 : 1);
+            EXPECT_EQ(samePoint(curve.firstPoint, P), isPoint || !setsStart);
+            EXPECT_EQ(samePoint(curve.secondPoint, P), isPoint || setsStart);
             EXPECT_EQ(curve.firstPoint.V() + curve.secondPoint.V(), 6.0F);
         }
     }
 }
 
 TEST(TouchCur, KnowsWhenItHasShrunkToAPoint) {
-    const float less = below(SL_ZERO);
-    const float full = SL_TWO_PI;
-    const struct {
-        int type;
-        float between;     // first and second point, in V
-        float toThird;     // first point and centre, in IV
-        float secondAngle; // the first is 0
-        int isPoint;
-    } cases[] = {{1, less, 9, 9, 1},   {1, SL_ZERO, 0, 0, 0},   {146, 0, 9, 9, 1},
-                 {154, 0, 9, less, 1}, {154, 0, 9, SL_ZERO, 0}, {156, 0, 9, full, 0},
-                 {156, 1, 9, 0, 0},    {159, 0, 9, -1, 0},      {162, 0, 9, 1, 0},
-                 {162, 0, 9, 0, 1},    {163, 0, less, 9, 1},    {163, 0, SL_ZERO, 9, 0},
-                 {164, 0, 9, 9, 1},    {165, 0, 9, 9, 0},       {166, 0, 9, 9, 0},
-                 {167, 0, 9, 9, 1}};
-    for (const auto &c : cases) {
+    const float less = below(SL_ZERO), full = SL_TWO_PI;
+    // between: first and second point, in V; toThird: first point and centre, in IV; the first
+    // angle is 0
+    const std::tuple<int, float, float, float, int> cases[] = {
+        {1, less, 9, 9, 1},   {1, SL_ZERO, 0, 0, 0},   {146, 0, 9, 9, 1},
+        {154, 0, 9, less, 1}, {154, 0, 9, SL_ZERO, 0}, {156, 0, 9, full, 0},
+        {156, 1, 9, 0, 0},    {159, 0, 9, -1, 0},      {162, 0, 9, 1, 0},
+        {162, 0, 9, 0, 1},    {163, 0, less, 9, 1},    {163, 0, SL_ZERO, 9, 0},
+        {164, 0, 9, 9, 1},    {165, 0, 9, 9, 0},       {166, 0, 9, 9, 0},
+        {167, 0, 9, 9, 1}};
+    for (const auto &[type, between, toThird, secondAngle, isPoint] : cases) {
         TouchCurD curve;
-        curve.type = c.type;
+        curve.type = type;
         curve.firstPoint = curve.secondPoint = curve.centre = Tq5AxisPntCL(9, 8, 7, 0, 0);
-        curve.secondPoint.V() = c.between;
-        curve.centre.IV() = c.toThird;
-        curve.secondAngle = c.secondAngle;
-        EXPECT_EQ(curve.IsCurvePntM(), c.isPoint) << c.type << " " << c.between << " " << c.toThird;
+        curve.secondPoint.V() = between;
+        curve.centre.IV() = toThird;
+        curve.secondAngle = secondAngle;
+        EXPECT_EQ(curve.IsCurvePntM(), isPoint) << type << " " << between << " " << toThird;
     }
 }
 
 TEST(TouchCur, MovesItsCentreUnlessItIsALine) {
     const Tq5AxisPntCL step(P);
     for (const int type : {CUR_LINE, 164, CUR_ARC, CUR_HELIX_XY}) {
-        TouchCurD curve = sentinelCurve(type);
-        TouchCurD expected = curve;
+        TouchCurD curve = sentinelCurve(type), expected = curve;
         expected.firstPoint += step;
         expected.secondPoint += step;
         expected.centre += step * (type == CUR_LINE ? 0.0F : 1.0F);
@@ -152,8 +141,7 @@ TEST(TouchCur, MirrorsItsEndsInACoordinatePlane) {
     for (int plane = -1; plane <= 3; ++plane) {
         const int axis = plane == 0 ? 2 : plane - 1;
         for (const bool atOrigin : {true, false}) {
-            TouchCurD curve = sentinelCurve(CUR_ARC_ZX);
-            TouchCurD expected = curve;
+            TouchCurD curve = sentinelCurve(CUR_ARC_ZX), expected = curve;
             if (plane >= 0 && plane <= 2) {
                 const float twice = atOrigin ? 0 : 2 * at[axis];
                 expected.firstPoint[axis] = twice - expected.firstPoint[axis];
@@ -168,8 +156,7 @@ TEST(TouchCur, MirrorsItsEndsInACoordinatePlane) {
 // Plane, direction before, angles before and behind the mirror. The first six are in order for the
 // direction behind it and left alone; in the next three one rises by a turn; in the last both do.
 TEST(TouchCur, MirrorsTheAnglesOfAnArcAndPutsThemInOrder) {
-    const float turn = SL_TWO_PI;
-    const float half = SL_PI;
+    const float turn = SL_TWO_PI, half = SL_PI;
     const struct {
         int plane, direction;
         float from[2], to[2];
@@ -205,8 +192,7 @@ TEST(TouchCur, MirrorsTheAnglesOfAnArcAndPutsThemInOrder) {
 
 TEST(TouchCur, SettersWriteWhatTheySayAndNoMore) {
     float points[3][3] = {{1, 2, 3}, {4, 5, 6}, {7, 8, 9}};
-    TouchCurD curve = sentinelCurve(CUR_ARC, CW);
-    TouchCurD expected = sentinelCurve(CUR_LINE, CW);
+    TouchCurD curve = sentinelCurve(CUR_ARC, CW), expected = sentinelCurve(CUR_LINE, CW);
     test::setXyz(expected.firstPoint, points[0]); // exchanged in no direction
     test::setXyz(expected.secondPoint, points[2]);
     EXPECT_EQ(slSetLine(&curve, CUR_LINE, points[0], points[2]), 1);
@@ -261,23 +247,13 @@ TEST_F(TouchCurStream, ThrowsOnEveryFileThatIsCutShort) {
     for (std::size_t size = 0; size < whole.size(); ++size) {
         open(whole.substr(0, size), "rb", 820);
         TouchCurD found;
-        try {
-            found.FmInputOzkFileM(&stream);
-            ADD_FAILURE() << size;
-        } catch (int code) {
-            EXPECT_EQ(code, 107) << size;
-        }
+        EXPECT_EQ(test::thrown([&] { found.FmInputOzkFileM(&stream); }), 107) << size;
     }
 }
 
 TEST_F(TouchCurStream, HasATextFormOnlyInTheOlderVersions) {
     open("", "w", 820);
-    try {
-        TouchCurD().SaveM(&stream);
-        ADD_FAILURE();
-    } catch (int code) {
-        EXPECT_EQ(code, 108);
-    }
+    EXPECT_EQ(test::thrown([&] { TouchCurD().SaveM(&stream); }), 108);
     stream.CloseM();
     open("1\n143\n1, 2, 3\n4, 5, 6\n7, 8, 9\n0, 0, 1\n1, 0, 0\n2.5\n0\n0.5\n1.5\n", "r", 819);
     TouchCurD found;

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -36,6 +37,12 @@ std::string readString(int size) {
     return buffer;
 }
 
+template <class Value, class Input>
+Value read(Input input, Value &value) {
+    EXPECT_EQ(input(&value), 1);
+    return value;
+}
+
 // Runs first: no other test has opened a file then.
 TEST(BasicApi, FailsBeforeAnyFileWasOpened) {
     int value = 5;
@@ -56,34 +63,24 @@ TEST(BasicApi, FailsBeforeAnyFileWasOpened) {
 TEST(BasicApi, ReadsWhatItWroteInADirectoryThatItMade) {
     const test::TempDrive drive;
     write("E:\\new\\deep\\a.dat", [] {
-        EXPECT_EQ(SetVersionNumVB(305), 1);
-        EXPECT_EQ(OutputDVB(-70000), 1);
-        EXPECT_EQ(OutputShortDVB(-1), 1);
-        EXPECT_EQ(OutputShortDVB(-1), 1);
-        EXPECT_EQ(OutputDVB(0x12345), 1);
-        EXPECT_EQ(OutputFloatVB(0.1F), 1);
-        EXPECT_EQ(OutputSVB("abc", -1), 1);
-        EXPECT_EQ(OutputSVB("abcdef", 2), 1);
-        EXPECT_EQ(OutputSVB(nullptr, 0), 1);
-        EXPECT_EQ(OutputSVB("ten  chars", -1), 1);
+        const std::vector<int> results = {SetVersionNumVB(305),  OutputDVB(-70000),
+                                          OutputShortDVB(-1),    OutputShortDVB(-1),
+                                          OutputDVB(0x12345),    OutputFloatVB(0.1F),
+                                          OutputSVB("abc", -1),  OutputSVB("abcdef", 2),
+                                          OutputSVB(nullptr, 0), OutputSVB("ten  chars", -1)};
+        EXPECT_EQ(results, std::vector<int>(results.size(), 1));
     });
 
     int value = 0;
     short narrow = 0;
     float real = 0;
     ASSERT_EQ(OpenFileVB("E:\\new\\deep\\a.dat", reading), 1);
-    EXPECT_EQ(GetVersionNumVB(&value), 1);
-    EXPECT_EQ(value, 305);
-    EXPECT_EQ(InputDVB(&value), 1);
-    EXPECT_EQ(value, -70000);
-    EXPECT_EQ(InputShortDVB(&narrow), 1);
-    EXPECT_EQ(narrow, -1);
-    EXPECT_EQ(InputDVB(&value), 1);
-    EXPECT_EQ(value, -1);
-    EXPECT_EQ(InputShortDVB(&narrow), 1);
-    EXPECT_EQ(narrow, 0x2345);
-    EXPECT_EQ(InputFloatVB(&real), 1);
-    EXPECT_EQ(real, 0.1F);
+    EXPECT_EQ(read(GetVersionNumVB, value), 305);
+    EXPECT_EQ(read(InputDVB, value), -70000);
+    EXPECT_EQ(read(InputShortDVB, narrow), -1);
+    EXPECT_EQ(read(InputDVB, value), -1);
+    EXPECT_EQ(read(InputShortDVB, narrow), 0x2345);
+    EXPECT_EQ(read(InputFloatVB, real), 0.1F);
     EXPECT_EQ(readString(10), "abc       ");
     EXPECT_EQ(readString(3), "ab ");
     EXPECT_EQ(readString(2), "  ");
@@ -112,16 +109,15 @@ TEST(BasicApi, AStringThatDoesNotFitWaitsForALargerBuffer) {
     stream.CloseM();
 
     ASSERT_EQ(OpenFileVB(path.c_str(), reading), 1);
-    int read = 0;
-    EXPECT_EQ(InputDVB(&read), 1);
+    int found = 0;
+    EXPECT_EQ(read(InputDVB, found), 7);
     char buffer[6] = "12345";
     for (const int size : {5, 0, -1}) {
         EXPECT_EQ(InputSVB(buffer, size), 0) << size;
         EXPECT_STREQ(buffer, "12345");
     }
     EXPECT_EQ(readString(6), "abcdef");
-    EXPECT_EQ(InputDVB(&read), 1);
-    EXPECT_EQ(read, 7);
+    EXPECT_EQ(read(InputDVB, found), 7);
 }
 
 TEST(BasicApi, RefusesStringsWhoseLengthIsDamaged) {
@@ -190,8 +186,7 @@ TEST(BasicApi, NullPointersAreRefused) {
                   InputFloatVB(nullptr) + InputSVB(nullptr, 5),
               0);
     int value = 0;
-    EXPECT_EQ(InputDVB(&value), 1);
-    EXPECT_EQ(value, 9);
+    EXPECT_EQ(read(InputDVB, value), 9);
 }
 
 TEST(BasicApi, MakesListsAndRemovesDirectories) {

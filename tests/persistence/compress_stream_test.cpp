@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/persistence/stream_operations.h"
 #include "tests/support/temp_dir.h"
 #include "tests/support/thrown.h"
 #include "trunnion/containers/slot_array.h"
@@ -20,7 +21,7 @@
 namespace {
 
 using namespace std::string_literals;
-using test::thrown;
+using namespace test;
 
 class CompressStreamTest : public testing::Test {
 protected:
@@ -32,7 +33,7 @@ protected:
         write(stream);
         stream.FinishSaveM(1);
         stream.CloseM();
-        return test::readBytes(path);
+        return readBytes(path);
     }
     // Makes `stream` read `bytes`.
     void open(TqCompressIOCL &stream, const std::string &bytes) {
@@ -62,16 +63,9 @@ std::string blockOf(std::string values) {
     return bytesOf(static_cast<int>(length)) + block;
 }
 
-int readInt(TqIOCL &stream) {
-    int value = 0;
-    stream.InputDM(&value);
-    return value;
-}
-
 TEST_F(CompressStreamTest, FileIsTheVersionAndItsBlocks) {
     EXPECT_EQ(saved([](TqCompressIOCL &stream) {
-                  const int a = 1;
-                  const int b = -2;
+                  const int a = 1, b = -2;
                   stream.OutputDM(&a, nullptr, &b);
                   stream.OutputsM("text");
               }),
@@ -93,100 +87,69 @@ TEST_F(CompressStreamTest, SavingNothingLeavesAnEmptyFileThatDoesNotOpen) {
     stream.OpenM(path.c_str(), "wb");
     stream.OutputsM("lost");
     stream.CloseM();
-    EXPECT_EQ(test::readBytes(path), "");
+    EXPECT_EQ(readBytes(path), "");
     EXPECT_EQ(stream.TellM(), 0);
 }
 
-// Writes every kind of value, or reads it and compares.
-class AllValues {
-public:
-    static void write(TqIOCL &stream) {
-        const char c[] = {'\x1F', '\x80'};
-        const int i[] = {INT_MIN, -1, 7, 1 << 20};
-        const float r[] = {1.5F, -0.0F, 1e-42F, 1e18F};
-        const unsigned char pixel[] = {0, 1, 254, 255};
-        EXPECT_EQ(stream.OutputCM(&c[0], nullptr, &c[1]), 1);
-        EXPECT_EQ(stream.OutputDM(&i[0], &i[1], nullptr, nullptr, &i[2], nullptr, nullptr, nullptr,
-                                  &i[3]),
-                  1);
-        EXPECT_EQ(stream.OutputRM(nullptr, &r[0], &r[1]), 1);
-        EXPECT_EQ(stream.OutputInt2DM(i) + stream.OutputInt3DM(i) + stream.OutputInt4DM(i), 3);
-        EXPECT_EQ(stream.OutputPoint2DM(r) + stream.OutputPoint3DM(r), 2);
-        EXPECT_EQ(stream.OutputPoint4DM(r) + stream.OutputPixel4DM(r), 2);
-        EXPECT_EQ(stream.OutputTexPixel4DM(pixel), 1);
-        stream.OutputRsM(r, 4);
-        EXPECT_EQ(stream.OutputSM("raw\0bytes", 9, 0), 1);
-        EXPECT_EQ(stream.OutputSM("counted", 5, 1), 1);
-        EXPECT_EQ(stream.OutputSM("", -1, 0), 1);
-        EXPECT_EQ(stream.OutputsM("a line that is too long"), 1);
-        EXPECT_EQ(stream.OutputsM("skipped"), 1);
-        EXPECT_EQ(stream.OutputsM("found"), 1);
-        EXPECT_EQ(stream.OutputDM(&i[2]), 1);
+// Writes every kind of value behind each other, or reads it as texts.
+void writeAll(TqIOCL &stream) {
+    const float reals[] = {1.5F, -0.0F, 1e-42F, 1e18F};
+    for (const Operation &operation : operations()) {
+        operation.write(stream);
     }
-    // All bytes of what is read, one kind behind the other.
-    static std::vector<std::string> read(TqIOCL &stream) {
-        std::vector<std::string> found;
-        const auto add = [&](const void *bytes, std::size_t size) {
-            found.emplace_back(static_cast<const char *>(bytes), size);
-        };
-        char c[2] = {};
-        int i[4] = {};
-        float r[4] = {};
-        unsigned char pixel[4] = {};
-        stream.InputCM(nullptr, &c[0], &c[1]);
-        add(c, sizeof c);
-        stream.InputDM(&i[0], nullptr, &i[1], &i[2], &i[3]);
-        add(i, sizeof i);
-        stream.InputRM(&r[0], nullptr, &r[1]);
-        stream.InputInt2DM(i);
-        add(i, sizeof i);
-        stream.InputInt3DM(i);
-        stream.InputInt4DM(i);
-        add(i, sizeof i);
-        stream.InputPoint2DM(r);
-        add(r, sizeof r);
-        stream.InputPoint3DM(r);
-        stream.InputPoint4DM(r);
-        stream.InputPixel4DM(r);
-        stream.InputTexPixel4DM(pixel);
-        add(pixel, sizeof pixel);
-        stream.InputRsM(r, 4);
-        add(r, sizeof r);
-        char text[32] = {};
-        stream.InputSM(text, 9, 0);
-        add(text, sizeof text);
-        stream.InputSM(text, 3, 1);
-        add(text, sizeof text);
-        stream.InputSM(text, -1, 0);
-        add(text, sizeof text);
-        stream.InputGetsM(text, 7);
-        add(text, sizeof text);
-        found.push_back(std::to_string(stream.SearchStrM("found")));
-        found.push_back(std::to_string(stream.InputDM(i, "ignored") * i[0]));
-        found.push_back(std::to_string(stream.EofM()) + std::to_string(stream.FinishedReadM()));
-        return found;
+    stream.OutputRsM(reals, 4);
+    EXPECT_EQ(stream.OutputSM("raw\0bytes", 9, 0) + stream.OutputSM("", -1, 0), 2);
+    EXPECT_EQ(stream.OutputSM("counted", 5, 1), 1);
+    for (const char *line : {"a line that is too long", "skipped", "found"}) {
+        EXPECT_EQ(stream.OutputsM(line), 1);
     }
-};
+    stream.OutputTexPixel4DM(reinterpret_cast<const unsigned char *>("last"));
+}
+std::vector<std::string> readAll(TqIOCL &stream) {
+    std::vector<std::string> found;
+    for (const Operation &operation : operations()) {
+        found.push_back(operation.read(stream));
+        EXPECT_EQ(found.back(), operation.values);
+    }
+    float reals[4] = {};
+    stream.InputRsM(reals, 4);
+    found.push_back(listed(reals, 4));
+    char text[32] = {};
+    const auto add = [&] { found.emplace_back(text, sizeof text); };
+    stream.InputSM(text, 9, 0);
+    add();
+    stream.InputSM(text, -1, 0);
+    add();
+    stream.InputSM(text, 3, 1);
+    add();
+    stream.InputGetsM(text, 7);
+    add();
+    found.push_back(std::to_string(stream.SearchStrM("found")));
+    int last = 0;
+    found.push_back(std::to_string(stream.InputDM(&last, "ignored") * last));
+    found.push_back(std::to_string(stream.EofM()) + std::to_string(stream.FinishedReadM()));
+    return found;
+}
 
 // A binary stream is the model: the same calls give the same values.
 TEST_F(CompressStreamTest, MovesTheValuesOfABinaryStream) {
     TqIOCL plain;
     plain.OpenM(path.c_str(), "wb");
-    AllValues::write(plain);
+    writeAll(plain);
     plain.CloseM();
-    const std::string values = test::readBytes(path);
+    const std::string values = readBytes(path);
     plain.OpenM(path.c_str(), "rb");
-    const std::vector<std::string> expected = AllValues::read(plain);
+    const std::vector<std::string> expected = readAll(plain);
     plain.CloseM();
 
-    EXPECT_EQ(saved(AllValues::write), bytesOf(5002) + blockOf(values));
+    EXPECT_EQ(saved(writeAll), bytesOf(5002) + blockOf(values));
     TqCompressIOCL stream;
     stream.OpenM(path.c_str(), "rb");
     int version = 0;
     stream.GetVersionNumM(&version);
     EXPECT_EQ(version, 5002);
     EXPECT_EQ(stream.GetIoTypeM(), 1);
-    EXPECT_EQ(AllValues::read(stream), expected);
+    EXPECT_EQ(readAll(stream), expected);
     EXPECT_EQ(thrown([&] { readInt(stream); }), 107);
 }
 
@@ -247,9 +210,7 @@ TEST_F(CompressStreamTest, CursorMovesInTheBlock) {
     EXPECT_EQ(stream.TellM(), 0);
     open(stream, bytesOf(1) + blockOf("0123456789") + blockOf("abc"));
     struct Case {
-        int offset;
-        int origin;
-        int position;
+        int offset, origin, position;
     };
     for (const Case &c :
          {Case{4, SEEK_SET, 4}, Case{3, SEEK_CUR, 7}, Case{-2, SEEK_CUR, 5}, Case{9, SEEK_SET, 9},

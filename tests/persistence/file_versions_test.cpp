@@ -66,10 +66,7 @@ TEST(Assert, WritesTwoLinesForAConditionThatFailsOnly) {
     slAssert(-8, text, 0);
     trunnion::MapDrive('E', nullptr);
     const std::string log = test::readBytes(dir.path("machine.log"));
-    int year = 0;
-    int hour = -1;
-    int minute = -1;
-    int number = 0;
+    int year = 0, hour = -1, minute = -1, number = 0;
     char word[20];
     ASSERT_EQ(
         std::sscanf(log.c_str(), "%4d%*d %d:%d %d %19s", &year, &hour, &minute, &number, word), 5)

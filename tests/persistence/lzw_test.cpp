@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -71,8 +72,7 @@ std::uint32_t plainCrc(const std::string &bytes) {
 // The text of a valid block, decoded with strings and single bits.
 std::string plainlyDecoded(const std::string &block) {
     std::vector<std::string> table;
-    std::string text;
-    std::string before;
+    std::string text, before;
     unsigned width = 9;
     for (std::size_t bit = headSize * 8;;) {
         unsigned code = 0;
@@ -256,12 +256,6 @@ TEST(Lzw, SurvivesRandomCodesBehindAPlausibleHead) {
 }
 
 TEST(Lzw, RefusesCodesThatNoEncoderSends) {
-    struct Case {
-        const char *what;
-        std::vector<unsigned> codes;
-        std::string text;
-        bool isValid;
-    };
     // Codes that each repeat the string before them and add its first byte.
     const auto growing = [](unsigned count) {
         std::vector<unsigned> codes = {clearCode, 'a'};
@@ -274,7 +268,7 @@ TEST(Lzw, RefusesCodesThatNoEncoderSends) {
     const auto ofGrowing = [](std::size_t count) {
         return std::string(count * (count + 1) / 2, 'a');
     };
-    const Case cases[] = {
+    const std::tuple<const char *, std::vector<unsigned>, std::string, bool> cases[] = {
         {"valid", {clearCode, 'a', 'b', 258, endCode}, "abab", true},
         {"without the first clear code", {'a', 'b', endCode}, "ab", true},
         {"clear codes in a row", {clearCode, clearCode, 'a', clearCode, endCode}, "a", true},
@@ -291,10 +285,10 @@ TEST(Lzw, RefusesCodesThatNoEncoderSends) {
         {"long strings", growing(300), ofGrowing(300), true},
         {"a table that runs over", std::vector<unsigned>(5000, 'a'), std::string(5000, 'a'), false},
     };
-    for (const Case &c : cases) {
-        const std::optional<std::string> text = decoded(blockOf(c.codes, c.text));
-        EXPECT_EQ(text.has_value(), c.isValid) << c.what;
-        EXPECT_EQ(text.value_or(c.text), c.text) << c.what;
+    for (const auto &[what, codes, wantedText, isValid] : cases) {
+        const std::optional<std::string> text = decoded(blockOf(codes, wantedText));
+        EXPECT_EQ(text.has_value(), isValid) << what;
+        EXPECT_EQ(text.value_or(wantedText), wantedText) << what;
     }
 }
 

@@ -10,11 +10,13 @@
 #include <functional>
 #include <limits>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/persistence/stream_operations.h"
 #include "tests/support/random.h"
 #include "tests/support/temp_dir.h"
 #include "tests/support/thrown.h"
@@ -22,7 +24,7 @@
 namespace {
 
 using namespace std::string_literals;
-using test::thrown;
+using namespace test;
 
 class StreamTest : public testing::Test {
 protected:
@@ -51,113 +53,6 @@ std::string withWindowsLineEnds(const std::string &text) {
         result += character == '\n' ? "\r\n"s : std::string(1, character);
     }
     return result;
-}
-
-template <class T>
-std::string raw(const std::vector<T> &values) {
-    return {reinterpret_cast<const char *>(values.data()), values.size() * sizeof(T)};
-}
-
-// One typed operation: what it writes in either form, and the values that come back as one text.
-struct Operation {
-    const char *name;
-    std::function<void(TqIOCL &)> write;
-    std::string text;
-    std::string binary;
-    std::function<std::string(TqIOCL &)> read;
-    std::string values;
-};
-
-template <class T>
-std::string listed(const T *values, int count) {
-    std::string result;
-    for (int i = 0; i < count; ++i) {
-        result += std::to_string(values[i]) + ' ';
-    }
-    return result;
-}
-
-template <class T, int Count>
-Operation tuple(const char *name, int (TqIOCL::*write)(const T *), int (TqIOCL::*read)(T *),
-                const std::vector<T> &value, const std::string &text) {
-    return {name,
-            [=](TqIOCL &stream) { EXPECT_EQ((stream.*write)(value.data()), 1); },
-            text,
-            raw(value),
-            [=](TqIOCL &stream) {
-                T members[Count] = {};
-                EXPECT_EQ((stream.*read)(members), 1);
-                return listed(members, Count);
-            },
-            listed(value.data(), Count)};
-}
-
-template <class T>
-std::function<std::string(TqIOCL &)>
-readNine(int (TqIOCL::*read)(T *, T *, T *, T *, T *, T *, T *, T *, T *), int count) {
-    return [=](TqIOCL &stream) {
-        T v[9] = {};
-        (stream.*read)(v, nullptr, v + 1, v + 2, nullptr, nullptr, nullptr, nullptr,
-                       count > 3 ? v + 3 : nullptr);
-        return listed(v, count);
-    };
-}
-
-std::vector<Operation> makeOperations() {
-    const std::vector<int> ints = {1, 22, -3, INT_MIN};
-    const std::vector<float> reals = {0.1F, -1e18F, 1e-45F, 3.40282347e38F};
-    const std::vector<char> bytes = {-128, 127, -1};
-    return {
-        {"D", [=](TqIOCL &s) { s.OutputDM(&ints[0], nullptr, &ints[1], &ints[2]); },
-         "         1,         22,         -3\n", raw(std::vector<int>{1, 22, -3}),
-         readNine<int>(&TqIOCL::InputDM, 3), "1 22 -3 "},
-        {"R",
-         [=](TqIOCL &s) {
-             s.OutputRM(&reals[0], &reals[1], nullptr, &reals[2], nullptr, nullptr, nullptr,
-                        nullptr, &reals[3]);
-         },
-         "  1.00000001e-01,  -9.99999984e+17,   1.40129846e-45,   3.40282347e+38\n", raw(reals),
-         readNine<float>(&TqIOCL::InputRM, 4), listed(reals.data(), 4)},
-        {"C", [=](TqIOCL &s) { s.OutputCM(&bytes[0], &bytes[1], nullptr, &bytes[2]); },
-         " -128,   127,    -1\n", raw(bytes), readNine<char>(&TqIOCL::InputCM, 3), "-128 127 -1 "},
-        tuple<int, 2>("Int2D", &TqIOCL::OutputInt2DM, &TqIOCL::InputInt2DM, {INT_MAX, -5},
-                      "2147483647,         -5\n"),
-        tuple<int, 3>("Int3D", &TqIOCL::OutputInt3DM, &TqIOCL::InputInt3DM, {7, 8, 9},
-                      "         7,          8,          9\n"),
-        tuple<int, 4>("Int4D", &TqIOCL::OutputInt4DM, &TqIOCL::InputInt4DM, ints,
-                      "         1,         22,         -3, -2147483648\n"),
-        tuple<float, 2>("Point2D", &TqIOCL::OutputPoint2DM, &TqIOCL::InputPoint2DM, {0.0F, -0.5F},
-                        "  0.00000000e+00,  -5.00000000e-01\n"),
-        tuple<float, 3>("Point3D", &TqIOCL::OutputPoint3DM, &TqIOCL::InputPoint3DM,
-                        {1.0F, 2.0F, 3.0F},
-                        "  1.00000000e+00,   2.00000000e+00,   3.00000000e+00\n"),
-        tuple<float, 4>("Point4D", &TqIOCL::OutputPoint4DM, &TqIOCL::InputPoint4DM, reals,
-                        "  1.00000001e-01,  -9.99999984e+17,   1.40129846e-45,   3.40282347e+38\n"),
-        tuple<float, 4>("Pixel4D", &TqIOCL::OutputPixel4DM, &TqIOCL::InputPixel4DM,
-                        {1.0F, 2.0F, 3.0F, 4.0F},
-                        "  1.00000000e+00,   2.00000000e+00,   3.00000000e+00,   4.00000000e+00\n"),
-        tuple<unsigned char, 4>("TexPixel4D", &TqIOCL::OutputTexPixel4DM, &TqIOCL::InputTexPixel4DM,
-                                {0, 128, 255, 7}, "    0,   128,   255,     7\n"),
-        {"S", [](TqIOCL &s) { s.OutputSM("word", -1, 0); }, "word\n", "\4\0\0\0word"s,
-         [](TqIOCL &s) {
-             char word[1000]; // room for any word of a damaged file
-             s.InputSM(word, 0, 0);
-             return std::string(word);
-         },
-         "word"},
-        {"s", [](TqIOCL &s) { s.OutputsM("two words"); }, "two words\n", "\11\0\0\0two words"s,
-         [](TqIOCL &s) {
-             char line[16];
-             s.InputGetsM(line, sizeof line);
-             return std::string(line);
-         },
-         "two words"},
-    };
-}
-
-const std::vector<Operation> &operations() {
-    static const std::vector<Operation> all = makeOperations();
-    return all;
 }
 
 TEST_F(StreamTest, EveryTypedOperationWritesItsBytesAndReadsThemBack) {
@@ -193,23 +88,21 @@ int readAll(TqIOCL &stream) {
 // A reader of a part of a file meets its end in any value: all it may do then is throw 107. In text
 // the last two strings may be cut without notice.
 TEST_F(StreamTest, EveryPrefixAndEveryFlippedByteReadsOrThrows107) {
-    const struct {
-        const char *mode;
-        std::string Operation::*form;
-        std::size_t soft; // last bytes that may be missing
-    } forms[] = {{"r", &Operation::text, 14}, {"rb", &Operation::binary, 0}};
-    for (const auto &form : forms) {
+    // The last bytes that may be missing come third.
+    const std::tuple<const char *, std::string Operation::*, std::size_t> forms[] = {
+        {"r", &Operation::text, 14}, {"rb", &Operation::binary, 0}};
+    for (const auto &[mode, form, soft] : forms) {
         std::string bytes;
         for (const Operation &operation : operations()) {
-            bytes += operation.*form.form;
+            bytes += operation.*form;
         }
         for (std::size_t i = 0; i <= bytes.size(); ++i) {
             TqIOCL stream;
-            open(stream, bytes.substr(0, i), form.mode);
-            EXPECT_EQ(readAll(stream), i + form.soft < bytes.size() ? 107 : 0) << i;
+            open(stream, bytes.substr(0, i), mode);
+            EXPECT_EQ(readAll(stream), i + soft < bytes.size() ? 107 : 0) << i;
             std::string damaged = bytes;
             damaged[i % bytes.size()] = static_cast<char>(damaged[i % bytes.size()] ^ 0x85);
-            open(stream, damaged, form.mode);
+            open(stream, damaged, mode);
             const int code = readAll(stream);
             EXPECT_TRUE(code == 0 || code == 107) << i;
         }
@@ -246,38 +139,31 @@ TEST_F(StreamTest, FloatsOfEveryBitPatternComeBackFromTextUnchanged) {
     EXPECT_EQ(text, expected);
 }
 
-// Texts of one float, and whether it is read.
 TEST_F(StreamTest, NumbersAreScannedAsFarAsTheyGo) {
-    const struct {
-        std::string text;
-        bool isRead;
-        float value;
-    } cases[] = {
-        {"  \r\n\t+1.5e+2x", true, 150.0F},
-        {".5", true, 0.5F},
-        {"5.", true, 5.0F},
-        {"-7E1", true, -70.0F},
-        {"1e-400", true, 0.0F},
-        {"0." + std::string(60, '0') + "1", true, 0.0F},
-        {"1e-99999999999999999999", true, 0.0F},
-        {"0e99999999999999999999", true, 0.0F},
-        {"1" + std::string(60, '0'), false, 0.0F},
-        {"1e39", false, 0.0F},
-        {"1e99999999999999999999", false, 0.0F},
-        {"1" + std::string(300, '0'), false, 0.0F},
-        {"1e", false, 0.0F},
-        {"-", false, 0.0F},
-        {".", false, 0.0F},
-        {"in", false, 0.0F},
-        {"", false, 0.0F},
-        {" \n ", false, 0.0F},
-    };
-    for (const auto &one : cases) {
+    const std::string zeros(60, '0');
+    const std::tuple<std::string, float> numbers[] = {{"  \r\n\t+1.5e+2x", 150.0F},
+                                                      {".5", 0.5F},
+                                                      {"5.", 5.0F},
+                                                      {"-7E1", -70.0F},
+                                                      {"1e-400", 0.0F},
+                                                      {"0." + zeros + "1", 0.0F},
+                                                      {"1e-99999999999999999999", 0.0F},
+                                                      {"0e99999999999999999999", 0.0F}};
+    for (const auto &[text, expected] : numbers) {
         TqIOCL stream;
-        open(stream, one.text);
+        open(stream, text);
         float value = 9.0F;
-        EXPECT_EQ(thrown([&] { stream.InputRM(&value); }), one.isRead ? 0 : 107) << one.text;
-        EXPECT_EQ(value, one.isRead ? one.value : 9.0F) << one.text;
+        stream.InputRM(&value);
+        EXPECT_EQ(value, expected) << text;
+    }
+    for (const std::string &text :
+         {"1" + zeros, "1e39"s, "1e99999999999999999999"s, "1" + std::string(300, '0'), "1e"s, "-"s,
+          "."s, "in"s, ""s, " \n "s}) {
+        TqIOCL stream;
+        open(stream, text);
+        float value = 9.0F;
+        EXPECT_EQ(thrown([&] { stream.InputRM(&value); }), 107) << text;
+        EXPECT_EQ(value, 9.0F) << text;
     }
 }
 
@@ -287,8 +173,7 @@ TEST_F(StreamTest, IntegersOutOfRangeAreRefusedAndBytesTakeTheLowOne) {
     int value = 0;
     EXPECT_EQ(thrown([&] { stream.InputDM(&value); }), 107);
     stream.SkipLineM();
-    stream.InputDM(&value);
-    EXPECT_EQ(value, INT_MIN);
+    EXPECT_EQ(readInt(stream), INT_MIN);
     char bytes[2];
     stream.InputCM(bytes, bytes + 1);
     EXPECT_EQ(bytes[0], 44);
@@ -305,8 +190,7 @@ TEST_F(StreamTest, SeparatorHoldsUpTo48CharactersAndIsExpectedInReading) {
             stream.SetSeparatorM(separator.c_str());
             stream.SetSeparatorM((longest + ';').c_str()); // too long: ignored
         };
-        const int one = 1;
-        const int two = 2;
+        const int one = 1, two = 2;
         const std::string text = written("w", [&](TqIOCL &stream) {
             separated(stream);
             stream.OutputDM(&one, &two);
@@ -321,9 +205,16 @@ TEST_F(StreamTest, SeparatorHoldsUpTo48CharactersAndIsExpectedInReading) {
         EXPECT_EQ(back[1], 2);
     }
     TqIOCL stream;
+    char format[60];
+    stream.SetFmtM(1, "%d"); // the tag line follows the separator alone
+    stream.GetFmtStrM(format);
+    EXPECT_STREQ(format, "%10d, %s");
+    stream.SetSeparatorM(";");
+    stream.GetFmtStrM(format);
+    EXPECT_STREQ(format, "%10d;%s");
+    stream.SetSeparatorM(", ");
     open(stream, "1 ,2\n");
-    int first = 0;
-    int second = 0;
+    int first = 0, second = 0;
     EXPECT_EQ(thrown([&] { stream.InputDM(&first, &second); }), 107) << "a blank before the comma";
 }
 
@@ -341,13 +232,10 @@ TEST_F(StreamTest, AutoNewLineIsOnForOneOnly) {
     TqIOCL stream;
     open(stream, "1 2 rest\r\n3\n");
     stream.SetAutoNewLineM(0);
-    int back = 0;
-    stream.InputDM(&back);
+    EXPECT_EQ(readInt(stream), 1);
     stream.SetAutoNewLineM(1);
-    stream.InputDM(&back);
-    EXPECT_EQ(back, 2);
-    stream.InputDM(&back);
-    EXPECT_EQ(back, 3);
+    EXPECT_EQ(readInt(stream), 2);
+    EXPECT_EQ(readInt(stream), 3);
 }
 
 TEST_F(StreamTest, FormatsAreSetRestoredAndBounded) {
@@ -393,17 +281,6 @@ TEST_F(StreamTest, FormatsAreSetRestoredAndBounded) {
                   stream.SetFmtM(0, std::string(50, '5').c_str());
               }),
               byDefault);
-}
-
-TEST_F(StreamTest, TagLineFormatFollowsTheSeparatorOnly) {
-    TqIOCL stream;
-    char format[60];
-    stream.SetFmtM(1, "%d");
-    stream.GetFmtStrM(format);
-    EXPECT_STREQ(format, "%10d, %s");
-    stream.SetSeparatorM(";");
-    stream.GetFmtStrM(format);
-    EXPECT_STREQ(format, "%10d;%s");
 }
 
 TEST_F(StreamTest, LinesAreCutAtTheBufferAndEndAtEitherLineEnd) {
@@ -537,10 +414,8 @@ TEST_F(StreamTest, OpeningSetsTypeLengthAndNameAndFailsWith109) {
 TEST_F(StreamTest, EndFollowsTheLengthAtOpeningAndFinishedTheLengthNow) {
     TqIOCL stream;
     open(stream, "1\n2\n");
-    int value = 0;
-    stream.InputDM(&value);
-    EXPECT_EQ(stream.EofM(), 0);
-    EXPECT_EQ(stream.FinishedReadM(), 0);
+    EXPECT_EQ(readInt(stream), 1);
+    EXPECT_EQ(stream.EofM() + stream.FinishedReadM(), 0);
     EXPECT_EQ(stream.TellM(), 2);
     std::filesystem::resize_file(path, 2);
     EXPECT_EQ(stream.EofM(), 0);
@@ -569,15 +444,14 @@ TEST_F(StreamTest, AdoptedFileKeepsTheTypeAndLengthOfTheStream) {
     TqIOCL stream;
     stream.CreateIndirectlyM(std::fopen(path.c_str(), "rb"), "C:\\dir\\name.txt", "ozk1.0", 3);
     EXPECT_EQ(stream.EofM(), 1);
-    int value = 0;
-    stream.InputDM(&value);
-    EXPECT_EQ(value, 5);
+    EXPECT_EQ(readInt(stream), 5);
     char folder[260];
     stream.GetFilePathM(folder);
     EXPECT_STREQ(folder, "C:\\dir\\");
     EXPECT_STREQ(stream.GetVersionStrM(), "ozk1.0");
-    stream.GetVersionNumM(&value);
-    EXPECT_EQ(value, 3);
+    int version = 0;
+    stream.GetVersionNumM(&version);
+    EXPECT_EQ(version, 3);
     stream.CreateIndirectlyM(nullptr, std::string(300, 'n').c_str(), nullptr, 0);
     EXPECT_EQ(std::strlen(stream.GetFileNameM()), 259U);
     stream.GetFilePathM(folder);
@@ -586,7 +460,14 @@ TEST_F(StreamTest, AdoptedFileKeepsTheTypeAndLengthOfTheStream) {
     EXPECT_EQ(std::strlen(stream.GetVersionStrM()), 99U);
 }
 
-TEST_F(StreamTest, ClosedStreamRefusesToReadAndToWrite) {
+template <class Action>
+void expectRefused(TqIOCL &stream, Action Operation::*action, int code) {
+    for (const Operation &operation : operations()) {
+        EXPECT_EQ(thrown([&] { (operation.*action)(stream); }), code) << operation.name;
+    }
+}
+
+TEST_F(StreamTest, RefusesWhileClosedAndInTheWrongDirection) {
     test::writeBytes(path, "");
     for (const char *mode : {"r", "rb"}) {
         TqIOCL stream;
@@ -600,37 +481,13 @@ TEST_F(StreamTest, ClosedStreamRefusesToReadAndToWrite) {
         EXPECT_EQ(stream.SearchStrM(""), 0);
         EXPECT_EQ(thrown([&] { stream.SkipLineM(); }), 107);
         EXPECT_EQ(thrown([&] { stream.InputSeparatorM(); }), 107);
-        for (const Operation &operation : operations()) {
-            EXPECT_EQ(thrown([&] { operation.read(stream); }), 107) << operation.name;
-            EXPECT_EQ(thrown([&] { operation.write(stream); }), 108) << operation.name;
-        }
+        expectRefused(stream, &Operation::read, 107);
+        expectRefused(stream, &Operation::write, 108);
+        open(stream, "5\n", mode); // the wrong direction
+        expectRefused(stream, &Operation::write, 108);
+        stream.OpenM(path.c_str(), ("w"s + (mode + 1)).c_str());
+        expectRefused(stream, &Operation::read, 107);
     }
-}
-
-TEST_F(StreamTest, FileOfTheWrongDirectionGivesTheCode) {
-    for (const char *kind : {"", "b"}) {
-        TqIOCL stream;
-        open(stream, "5\n", ("r"s + kind).c_str());
-        for (const Operation &operation : operations()) {
-            EXPECT_EQ(thrown([&] { operation.write(stream); }), 108) << operation.name;
-        }
-        stream.OpenM(path.c_str(), ("w"s + kind).c_str());
-        for (const Operation &operation : operations()) {
-            EXPECT_EQ(thrown([&] { operation.read(stream); }), 107) << operation.name;
-        }
-    }
-}
-
-TEST_F(StreamTest, NewStreamHasItsDefaults) {
-    TqIOCL stream;
-    int version = 0;
-    stream.GetVersionNumM(&version);
-    EXPECT_EQ(version, -2147483647);
-    EXPECT_EQ(stream.GetIoTypeM(), 0);
-    EXPECT_EQ(stream.GetAutoNewLineM(), 1);
-    EXPECT_EQ(stream.GetFileLengthM(), 0);
-    EXPECT_STREQ(stream.GetFileNameM(), "");
-    EXPECT_STREQ(stream.GetVersionStrM(), "");
 }
 
 } // namespace
