@@ -1,15 +1,12 @@
 // Feet and distances against a plain model, and the bounds that decide between branches.
 #include "trunnion/geometry/distances.h"
+
 #include "trunnion/geometry/scalars.h"
+#include <tuple>
 
 #include "tests/geometry/line_model.h"
 
-using test::above;
-using test::below;
-using test::Exact;
-using test::isRounded;
-using test::SENTINEL;
-using test::Triple;
+using namespace test;
 
 namespace {
 
@@ -28,8 +25,7 @@ TEST(Foot, OnALineIsThatOfTheModel) {
         }
         const float *const a = points[0].data(), *const b = points[1].data();
         const float *const p = points[2].data();
-        const Exact line = exact[1] - exact[0];
-        const Exact arm = exact[2] - exact[0];
+        const Exact line = exact[1] - exact[0], arm = exact[2] - exact[0];
         const auto t = dot(arm, line) / dot(line, line);
         const auto distance = (arm - t * line).length();
         const Exact offset = exact[0] - -t * line;
@@ -57,8 +53,7 @@ TEST(Foot, OnALineIsThatOfTheModel) {
 TEST(Foot, OnAPlaneOrAlongADirectionIsThatOfTheModel) {
     test::Random random(332);
     for (int round = 0; round < 2000; ++round) {
-        const Triple base = randomTriple(random, 10);
-        const Triple p = randomTriple(random, 10);
+        const Triple base = randomTriple(random, 10), p = randomTriple(random, 10);
         Triple n = randomTriple(random, 1);
         slNormalize(n.data());
         const float D = base[0];
@@ -79,8 +74,7 @@ TEST(Distance, BelowTheToleranceIsZeroButItsSquareIsNot) {
     const float a[] = {0, 0, 0}, b[] = {300000, 0, 0}, unit[] = {1, 0, 0};
     for (const float off : {0.0F, 5e-5F, SL_ZERO, above(SL_ZERO)}) {
         // The foot's parameter has no exact float: the distance must not depend on its rounding.
-        const float p[] = {100000.7F, off, 0};
-        const float expected = off > SL_ZERO ? off : 0.0F;
+        const float p[] = {100000.7F, off, 0}, expected = off > SL_ZERO ? off : 0.0F;
         float t = SENTINEL;
         EXPECT_EQ(slGetPntLineDist(a, b, p, &t), expected);
         EXPECT_EQ(slGetPntLineDist2D(a, b, p, &t), expected);
@@ -114,9 +108,7 @@ TEST(ShortLine, HasItsOwnBoundInEachFunction) {
 TEST(NearestPair, IsTheFirstOfTheClosestInListedOrder) {
     const float O[] = {0, 0, 0}, X[] = {1, 0, 0}, Y[] = {0, 1, 0}, XY[] = {1, 1, 0};
     const float near[] = {1, 0.9F, 0}, far[] = {2e9F, 0, 0}, farther[] = {0, 2e9F, 0};
-    const struct {
-        const float *p[4], *first, *second;
-    } cases[] = {
+    const std::tuple<std::array<const float *, 4>, const float *, const float *> cases[] = {
         {{O, X, Y, XY}, O, X},          {{XY, O, Y, X}, XY, Y},       {{O, XY, near, X}, XY, near},
         {{O, far, XY, near}, XY, near}, {{X, O, farther, far}, X, O},
     };
@@ -161,12 +153,8 @@ TEST(PointOnXZ, AtTheHeightOfAPointFallsBackToTheNearerEnd) {
 TEST(PointOnXZ, AtTheXOfAPointTakesTheSlackOfItsBranch) {
     const Triple wide = {2, 6, 4}, unit = {1, 6, 4}, narrow = {0.5F, 6, 4};
     const Triple upright = {SL_ZERO, 6, -4}, steep = {above(SL_ZERO), 6, -4};
-    const struct {
-        const char *name;
-        Triple a, b, p;
-        float tol;
-        Triple out; // UNTOUCHED where the result is 0
-    } cases[] = {
+    // out: UNTOUCHED where the result is 0
+    const std::tuple<const char *, Triple, Triple, Triple, float, Triple> cases[] = {
         {"slack before a", A, wide, {-0.25F, 9, 0}, 0.25F, UNTOUCHED},
         {"just within it", A, wide, {above(-0.25F), 9, 0}, 0.25F, A},
         {"slack beyond b", A, wide, {2.25F, 9, 9}, 0.25F, UNTOUCHED},

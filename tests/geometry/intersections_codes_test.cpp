@@ -5,13 +5,7 @@
 #include "tests/geometry/cases.h"
 #include "tests/geometry/point.h"
 
-using test::above;
-using test::below;
-using test::Case;
-using test::check;
-using test::Point;
-using test::SENTINEL;
-using test::SOME;
+using namespace test;
 
 namespace {
 
@@ -29,8 +23,7 @@ TEST(LineEquations, AreSingularBelowTheTolerance) {
            {"at", 1, {SL_ZERO}, {1, 0}},
            {"negative, at", 1, {-SL_ZERO}, {1, 0}}},
           [](const float *det, float *out) {
-              float A[2][2] = {{2, *det}, {1, 0}};
-              float b[2] = {2, 1};
+              float A[2][2] = {{2, *det}, {1, 0}}, b[2] = {2, 1};
               return slLineEquation2(A, b, out);
           });
 }
@@ -227,7 +220,7 @@ TEST(Fillet, ReportsTurnAndDegenerateCorners) {
            {"opposite", CUR_DIR_CW, {0, 1, 0, 0, -7, 0, 1}, {1, 0, 0, 0, 0, 0, 0, 0, 0}},
            {"no arm", SL_DELETED_INT, {0, 0, 0, 1, 0, 0, 1}, {SL_BIG}},
            {"nearly one way", SL_DELETED_INT, {1, 0, 0, 1, 1.99e-4F, 0, 1}, {SL_BIG}},
-           {"just apart",
+           {"apart",
             CUR_DIR_CCW,
             {1, 0, 0, 1, -2.01e-4F, 0, 1},
             {far, -1, 0, far, 0, 0, far, -2, 0}}},

@@ -5,8 +5,7 @@
 #include "tests/geometry/line_model.h"
 #include "tests/geometry/point.h"
 
-using test::Point;
-using test::randomPoint;
+using namespace test;
 
 namespace {
 

@@ -25,6 +25,8 @@ namespace {
 // As many elements as the greatest argument has: a train of 6 by 6, a list of 12 points.
 constexpr std::size_t argumentSize = 36;
 
+constexpr bool MATHS = true;
+
 template <class Number>
 std::string hexadecimal(Number value) {
     using Bits = std::conditional_t<sizeof(Number) == 8, std::uint64_t, std::uint32_t>;
@@ -86,7 +88,7 @@ private:
 };
 
 template <class Result, class... Parameters>
-KernelCall call(const char *name, Result (*function)(Parameters...)) {
+KernelCall call(const char *name, Result (*function)(Parameters...), bool usesMaths = false) {
     const auto run = [function](KernelInput &input) {
         std::tuple<Argument<Parameters>...> arguments{Argument<Parameters>(input)...};
         std::string text;
@@ -102,14 +104,7 @@ KernelCall call(const char *name, Result (*function)(Parameters...)) {
             arguments);
         return text;
     };
-    return {name, false, run};
-}
-
-template <class Result, class... Parameters>
-KernelCall callWithMaths(const char *name, Result (*function)(Parameters...)) {
-    KernelCall made = call(name, function);
-    made.usesMaths = true;
-    return made;
+    return {name, usesMaths, run};
 }
 
 } // namespace
@@ -143,240 +138,87 @@ void KernelInput::fillReals(std::span<Real> values) {
     }
 }
 
-void KernelInput::fill(std::span<float> values) {
-    fillReals(values);
-}
-
-void KernelInput::fill(std::span<double> values) {
-    fillReals(values);
-}
-
-void KernelInput::fill(std::span<int> values) {
-    std::ranges::generate(values, [this] { return pick(7); });
-}
-
-void KernelInput::fill(std::span<short> values) {
-    std::ranges::generate(values, [this] { return pick(2) == 0 ? SL_RECT_ARC_CCW : short{0}; });
+template <class Number>
+void KernelInput::fill(std::span<Number> values) {
+    if constexpr (std::is_same_v<Number, int>) {
+        std::ranges::generate(values, [this] { return pick(7); });
+    } else if constexpr (std::is_same_v<Number, short>) {
+        std::ranges::generate(values, [this] { return pick(2) == 0 ? SL_RECT_ARC_CCW : short{0}; });
+    } else {
+        fillReals(values);
+    }
 }
 
 const std::vector<KernelCall> &kernelCalls() {
     static const std::vector<KernelCall> calls = {
-        // scalars.h
-        call<float, float>("slFabs", slFabs),
-        call<double, double>("slFabs", slFabs),
-        call("slSqrt", slSqrt),
-        callWithMaths("slTan", slTan),
-        callWithMaths("slAcos", slAcos),
-        callWithMaths("slAsin", slAsin),
-        callWithMaths("slLog", slLog),
-        callWithMaths("slAtan", slAtan),
-        callWithMaths("slCos", slCos),
-        callWithMaths("slSin", slSin),
-        call("slSign", slSign),
+        call("slTan", slTan, MATHS),
+        call("slAcos", slAcos, MATHS),
         call("slRound", slRound),
         call("slKeepTwoDecimal", slKeepTwoDecimal),
         call("slMod", slMod),
-        call("slMinF2", slMinF2),
-        call("slMaxF2", slMaxF2),
-        call("slMinI2", slMinI2),
-        call("slMaxI2", slMaxI2),
-        call("slFitI", slFitI),
-        call("slCheck", slCheck),
-        call("slAngleToRadian", slAngleToRadian),
-        call("slRadianToAngle", slRadianToAngle),
         call("slGetRatio", slGetRatio),
-        // vectors.h
-        call<float, const float *>("slLength", slLength),
-        call<double, const double *>("slLength", slLength),
-        call("slLengthD", slLengthD),
-        call("slNorm2", slNorm2),
-        call<float, const float *>("slLength2", slLength2),
-        call<double, const double *>("slLength2", slLength2),
-        call<double, const float *>("slSquareLength2", slSquareLength2),
-        call<double, const double *>("slSquareLength2", slSquareLength2),
-        call("slDistance", slDistance),
-        call("slDistance3", slDistance3),
-        call("slSquareDistance3", slSquareDistance3),
-        call("slDistance2", slDistance2),
-        call("slDistanceD2", slDistanceD2),
-        call("slDistSquare2", slDistSquare2),
-        call("slPlaneDistSqr", slPlaneDistSqr),
-        call("slDot2D", slDot2D),
-        call<int, float *>("slNormalize", slNormalize),
-        call<int, double *>("slNormalize", slNormalize),
-        call<int, double *>("slNormalize2D", slNormalize2D),
-        call<int, float *>("slNormalize2D", slNormalize2D),
         call("slLenAndDir", slLenAndDir),
-        call<int, const float *, const float *, float *>("slGetNormalVectBtPnts",
-                                                         slGetNormalVectBtPnts),
-        call<int, const float *, const float *, double *>("slGetNormalVectBtPnts",
-                                                          slGetNormalVectBtPnts),
-        call("slVect", slVect),
         call("slOthVect", slOthVect),
         call("slOthPlane", slOthPlane),
-        call("slSetPnt3DValueByDiv", slSetPnt3DValueByDiv),
         call("slVectParallel", slVectParallel),
-        call("slGetVectMaxDir", slGetVectMaxDir),
-        call("slComparWithCoordAxis", slComparWithCoordAxis),
-        call("slIsEqualPoint3D", slIsEqualPoint3D),
-        callWithMaths("slGetVectAngle", slGetVectAngle),
-        callWithMaths<float, const float *, const float *, const float *>("slCalAngleTwoVects",
-                                                                          slCalAngleTwoVects),
-        callWithMaths<double, const double *, const double *, const double *>("slCalAngleTwoVects",
-                                                                              slCalAngleTwoVects),
-        callWithMaths("slGetVectorAngle", slGetVectorAngle),
-        callWithMaths("slComputeAngle", slComputeAngle),
-        callWithMaths("slGetDirectAngleToZ", slGetDirectAngleToZ),
-        call("slMirrorAngleAboutVerticalAxis", slMirrorAngleAboutVerticalAxis),
-        // equations.h
+        call("slGetVectAngle", slGetVectAngle, MATHS),
+        call("slComputeAngle", slComputeAngle, MATHS),
         call("slSolveEquationQuad", slSolveEquationQuad),
         call("slSolveEquationGroup3", slSolveEquationGroup3),
-        call("slNewTrainM", slNewTrainM),
         call("slValueOfTrainM", slValueOfTrainM),
-        // distances.h
         call("slGetPntLineDist", slGetPntLineDist),
-        call("slGetPntLineSquareDist", slGetPntLineSquareDist),
-        call("slGetPntLineDist2D", slGetPntLineDist2D),
-        call("slGetPntLineDistByVect", slGetPntLineDistByVect),
         call("slGetLineFoot", slGetLineFoot),
-        call("slProjectPntToLine", slProjectPntToLine),
-        call("slGetPntPlaneDist", slGetPntPlaneDist),
         call("slProjectPntToPlane", slProjectPntToPlane),
         call("slGetNearestPair", slGetNearestPair),
-        call("slProjToLineAlongXOnXZ", slProjToLineAlongXOnXZ),
         call("slProjToLineAlongZOnXZ", slProjToLineAlongZOnXZ),
-        // line_pairs.h
         call("slIntersectLines3D", slIntersectLines3D),
-        call("slJudgeLineCoPlane", slJudgeLineCoPlane),
         call("slIntersectInfLines", slIntersectInfLines),
         call("slGetLineDist", slGetLineDist),
-        call("slGetCoPlaneInfLineDist", slGetCoPlaneInfLineDist),
-        call("slGetDifPlaneInfLineDist", slGetDifPlaneInfLineDist),
-        call("slGetInfLinesCoPerpenticular", slGetInfLinesCoPerpenticular),
-        call("slGetCoPlaneLineDist", slGetCoPlaneLineDist),
-        call("slGetDifPlaneLineDist", slGetDifPlaneLineDist),
         call("slGetLinesCoPerpenticular", slGetLinesCoPerpenticular),
-        // matrices.h
-        call("slSetIdentity", slSetIdentity),
-        call("slGenerateMoveMatrix", slGenerateMoveMatrix),
-        callWithMaths("slGenerateRotateMatrix", slGenerateRotateMatrix),
-        callWithMaths("slGetRotateMatrix", slGetRotateMatrix),
-        callWithMaths("slRotateByX", slRotateByX),
-        callWithMaths<void, float, float *>("slRotateByY", slRotateByY),
-        callWithMaths("slRotateByZ", slRotateByZ),
-        call("slRotateByXExt", slRotateByXExt),
-        call<void, float, float, float *>("slRotateByY", slRotateByY),
-        call("slRotateByZExt", slRotateByZExt),
-        call("slGenScaleMatrix", slGenScaleMatrix),
+        call("slGetRotateMatrix", slGetRotateMatrix, MATHS),
+        call("slRotateByX", slRotateByX, MATHS),
         call("slGenVectToZMatrix", slGenVectToZMatrix),
         call("slGenVectToXMatrix", slGenVectToXMatrix),
         call("slMultiMatrix", slMultiMatrix),
-        call("slSetMatrixByMulti", slSetMatrixByMulti),
-        call("slSetMatrixByRightMulti", slSetMatrixByRightMulti),
         call("slMatrix16MultiVector4", slMatrix16MultiVector4),
-        call<int, const float *, float *>("slMatrix16MultiVector3", slMatrix16MultiVector3),
-        call<int, const float *, const float *, float *>("slMatrix16MultiVector3",
-                                                         slMatrix16MultiVector3),
-        call<int, const float *, float *>("slMatrix16MultiPoint3", slMatrix16MultiPoint3),
-        call<int, const float *, const float *, float *>("slMatrix16MultiPoint3",
-                                                         slMatrix16MultiPoint3),
-        call("slMatrix16MultiPoint2", slMatrix16MultiPoint2),
-        call("slMatrixTrans16MultiVector4", slMatrixTrans16MultiVector4),
-        call("slMatrixTrans16MultiVector3", slMatrixTrans16MultiVector3),
-        call("slGetRotMatrixFromMotion", slGetRotMatrixFromMotion),
-        call("slGetRotTransMatrixFromMotion", slGetRotTransMatrixFromMotion),
-        call("slGetMoveMatrixFromMotion", slGetMoveMatrixFromMotion),
-        call("slGetInvMvMatrixFromMotion", slGetInvMvMatrixFromMotion),
         call("slGetInverseMotionMatrix", slGetInverseMotionMatrix),
-        call("slSetMatrixByMvToOri", slSetMatrixByMvToOri),
-        call("slGetTwoMatrixSign", slGetTwoMatrixSign),
         call("slInverseMatrixM", slInverseMatrixM),
         call("slChangeFourPntMatrixM", slChangeFourPntMatrixM),
-        call("slCheckMatrixError", slCheckMatrixError),
-        call("slCheckIndentity", slCheckIndentity),
         call("slNormalizeMatrix", slNormalizeMatrix),
         call("slGetAnglesRotToZ", slGetAnglesRotToZ),
-        callWithMaths("slGetAxes", slGetAxes),
-        // planes.h
+        call("slGetAxes", slGetAxes, MATHS),
         call("slPlaneNormal", slPlaneNormal),
-        call<int, const float *, const float *, const float *, float *, float *>(
-            "slGetPlaneEquation", slGetPlaneEquation),
-        call<float, const float *, const float *>("slGetPlaneEquation", slGetPlaneEquation),
         call("slGetPlaneFourPnt", slGetPlaneFourPnt),
         call("slGetAveragePlane", slGetAveragePlane),
         call("slGenXYCoordSys", slGenXYCoordSys),
-        call("slGenMatrixToWorld", slGenMatrixToWorld),
-        call<void, const XYCoordSysD &, float *>("slGenMatrixToLocal", slGenMatrixToLocal),
-        call<void, const float *, const float *, const float *, const float *, float *>(
-            "slGenMatrixToLocal", slGenMatrixToLocal),
-        call("slTransToWorld", slTransToWorld),
         call("slTransPntToPlane", slTransPntToPlane),
-        call("slTransVectToPlane", slTransVectToPlane),
-        call("slGenMatrixToSpRadials", slGenMatrixToSpRadials),
         call("slGenMatrixToSpLines", slGenMatrixToSpLines),
         call("slGetMinXYZ", slGetMinXYZ),
-        call("slGetMaxXYZ", slGetMaxXYZ),
-        // intersections.h
-        call("slLineEquation2", slLineEquation2),
         call("slIntersectLines2D", slIntersectLines2D),
         call("slIntersecLines", slIntersecLines),
-        call("slLineIntersectPlane", slLineIntersectPlane),
         call("slRadialIntersectPlane", slRadialIntersectPlane),
         call("slGetPlaneIntersectM", slGetPlaneIntersectM),
-        call("slGetPointOnIntersectLine", slGetPointOnIntersectLine),
-        call("slCircumcenter", slCircumcenter),
-        call("slGetCircleRadius", slGetCircleRadius),
-        callWithMaths("slGetCircleAng", slGetCircleAng),
-        callWithMaths("slGetCentralAngle", slGetCentralAngle),
-        callWithMaths("slLineIntCircle", slLineIntCircle),
-        call("slIntersectLineCircle", slIntersectLineCircle),
+        call("slLineIntCircle", slLineIntCircle, MATHS),
         call("slIntersectLineSphere", slIntersectLineSphere),
         call("slIntersectCircle", slIntersectCircle),
-        callWithMaths("slGetTangentCircle", slGetTangentCircle),
-        call("slGenCircle", slGenCircle),
-        call("slCircumCenter3D", slCircumCenter3D),
+        call("slGetTangentCircle", slGetTangentCircle, MATHS),
         call("slGenSphere", slGenSphere),
         call("slGetShereIntersect", slGetShereIntersect),
-        call("slIntersectPlaneSphereM", slIntersectPlaneSphereM),
-        callWithMaths("slIntersectPlaneCone", slIntersectPlaneCone),
-        // containment.h
-        call("slRightInter", slRightInter),
+        call("slIntersectPlaneCone", slIntersectPlaneCone, MATHS),
         call("slPointInterFaceM", slPointInterFaceM),
         call("slJudgePntInPolygon", slJudgePntInPolygon),
-        call("slIsPntInsideOfTriangle", slIsPntInsideOfTriangle),
-        call("slIsPntInsideOfTrapezium", slIsPntInsideOfTrapezium),
-        call("slGetIntersectType", slGetIntersectType),
         call("slPolygenCenterM", slPolygenCenterM),
-        call("slJudgeIsTriangle", slJudgeIsTriangle),
-        call("slJudgePntCoPlane", slJudgePntCoPlane),
-        call("slGetVectBtPntsNZero", slGetVectBtPntsNZero),
-        call("slGetNormNZero", slGetNormNZero),
         call("slRadialIntersectFaceM", slRadialIntersectFaceM),
-        call("slJudgeRadialThroughPntM", slJudgeRadialThroughPntM),
-        call("slJudgeRadialThroughLineM", slJudgeRadialThroughLineM),
-        callWithMaths("slJudgeBallAndPrism", slJudgeBallAndPrism),
+        call("slJudgeBallAndPrism", slJudgeBallAndPrism, MATHS),
         call("slJudgeTwoCylinder", slJudgeTwoCylinder),
-        call("slCalculateVectTwoParallel", slCalculateVectTwoParallel),
         call("slGetPntsMidVect", slGetPntsMidVect),
-        // rectangles.h
         call("slTransToStdRect", slTransToStdRect),
-        call("slTransRectangleByMatrix", slTransRectangleByMatrix),
         call("slCorrectRectContainError", slCorrectRectContainError),
-        call<int, const RectangleD &, const float *>("slJudgePntInRectM", slJudgePntInRectM),
-        call<int, const float *, const float *, const float *>("slJudgePntInRectM",
-                                                               slJudgePntInRectM),
-        call("slGetCircleRectangle", slGetCircleRectangle),
-        callWithMaths("slGetArcRectangle", slGetArcRectangle),
-        call("slGetCCWArcRectangle", slGetCCWArcRectangle),
-        call("slGetCWArcRectangle", slGetCWArcRectangle),
-        call("slGetSphereProjRect", slGetSphereProjRect),
+        call("slGetArcRectangle", slGetArcRectangle, MATHS),
         call("slGetCylinderProjRect", slGetCylinderProjRect),
         call("slMergeRectWithSameDir", slMergeRectWithSameDir),
-        call("slGetStdRectMinPanDisplace", slGetStdRectMinPanDisplace),
         call("slGetRectMinPanDisplace", slGetRectMinPanDisplace),
-        call("slGetStdRectMinPanDisp", slGetStdRectMinPanDisp),
-        call("slCheckLineInRect", slCheckLineInRect),
-        callWithMaths("slCheckArcInRect", slCheckArcInRect),
+        call("slCheckArcInRect", slCheckArcInRect, MATHS),
         call("slGetLineSegIntersectRect", slGetLineSegIntersectRect),
     };
     return calls;

@@ -1,5 +1,5 @@
-// The functions of the geometry kernel as a table. Each can be called with arguments that nobody
-// has to write down, and what it gives is compared bit by bit, as text.
+// Functions of every header of the geometry kernel as a table. Each can be called with arguments
+// that nobody has to write down, and what it gives is compared bit by bit, as text.
 #pragma once
 
 #include <cstdint>
@@ -17,13 +17,10 @@ public:
     KernelInput(const std::string &name, std::uint32_t round);
 
     // Numbers of one kind: spread evenly, on a grid where points coincide and lines run in
-    // parallel, or unit vectors in rows of three.
-    void fill(std::span<float> values);
-    void fill(std::span<double> values);
-    // 0 to 6: counts of lists that have more rows, and positions in them.
-    void fill(std::span<int> values);
-    // One of the two directions of an arc.
-    void fill(std::span<short> values);
+    // parallel, or unit vectors in rows of three. Of int 0 to 6, for counts of lists that have more
+    // rows and positions in them; of short one of the two directions of an arc.
+    template <class Number>
+    void fill(std::span<Number> values);
 
 private:
     int pick(int n);

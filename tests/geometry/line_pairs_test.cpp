@@ -2,15 +2,12 @@
 #include "trunnion/geometry/line_pairs.h"
 #include "trunnion/geometry/scalars.h"
 
+#include <tuple>
 #include <vector>
 
 #include "tests/geometry/line_model.h"
 
-using test::above;
-using test::below;
-using test::Exact;
-using test::SENTINEL;
-using test::Triple;
+using namespace test;
 
 namespace {
 
@@ -41,12 +38,7 @@ constexpr Answer NO_FEET = {SL_BIG, SL_BIG, SL_BIG};
 
 TEST(Crossing, TellsParallelShortAndCoincidentLinesApart) {
     constexpr float S = SENTINEL;
-    const struct {
-        const char *name;
-        Pair lines;
-        int code;
-        float t1, t2;
-    } cases[] = {
+    const std::tuple<const char *, Pair, int, float, float> cases[] = {
         {"crossing upright", {O, {0, 0, 2}, {0, -1, 1}, {0, 3, 1}}, 1, 0.5F, 0.25F},
         {"parallel", {O, X, {0, 1, 0}, {5, 1, 0}}, 0, S, S},
         {"SL_ZERO apart", {O, X, {9, SL_ZERO, 0}, {5, SL_ZERO, 0}}, SL_COINCIDENT, S, S},
@@ -64,24 +56,17 @@ TEST(Crossing, TellsParallelShortAndCoincidentLinesApart) {
         {"YZ greater", {O, {1, -2, 0}, {2, 2, 3}, {2, 3, 4}}, 1, 0.5F, -3},
         {"YZ greater, reversed", {O, {1, -2, 0}, {2, 2, 3}, {2, 1, 2}}, 1, 0.5F, 3},
     };
-    for (const auto &c : cases) {
-        float t1 = SENTINEL;
-        float t2 = SENTINEL;
-        EXPECT_EQ(on(c.lines, slIntersectLines3D, &t1, &t2), c.code) << c.name;
-        EXPECT_EQ(t1, c.t1) << c.name;
-        EXPECT_EQ(t2, c.t2) << c.name;
+    for (const auto &[name, lines, code, wantedT1, wantedT2] : cases) {
+        float t1 = SENTINEL, t2 = SENTINEL;
+        EXPECT_EQ(on(lines, slIntersectLines3D, &t1, &t2), code) << name;
+        EXPECT_EQ(t1, wantedT1) << name;
+        EXPECT_EQ(t2, wantedT2) << name;
     }
 }
 
 TEST(Judgement, ComparesTheResidualByMagnitudeAndAcceptsLinesThatShareAPoint) {
-    const Triple right = {0.005F, 0, 1};
-    const Triple left = {0, 0.005F, 1};
-    const struct {
-        const char *name;
-        Pair lines;
-        int code;
-        Triple n;
-    } cases[] = {
+    const Triple right = {0.005F, 0, 1}, left = {0, 0.005F, 1};
+    const std::tuple<const char *, Pair, int, Triple> cases[] = {
         {"just below the bound", {O, X, {0, 1, 0}, {9, 9, below(SL_ZERO)}}, 2, UP},
         {"the bound", {O, X, {0, 1, 0}, {9, 9, SL_ZERO}}, 3, UP},
         {"far below the plane", {O, X, {0, 1, 0}, {9, 9, -9}}, 3, UP},
@@ -92,32 +77,26 @@ TEST(Judgement, ComparesTheResidualByMagnitudeAndAcceptsLinesThatShareAPoint) {
         {"short lines in one plane", {UP, right, left, {9, 9, 1}}, 2, UP},
         {"short lines that are skew", {UP, right, left, O}, 3, UP},
     };
-    for (const auto &c : cases) {
+    for (const auto &[name, lines, code, wantedN] : cases) {
         Triple n = UNTOUCHED;
-        EXPECT_EQ(on(c.lines, slJudgeLineCoPlane, n.data()), c.code) << c.name;
-        EXPECT_EQ(n, c.n) << c.name;
+        EXPECT_EQ(on(lines, slJudgeLineCoPlane, n.data()), code) << name;
+        EXPECT_EQ(n, wantedN) << name;
     }
 }
 
 TEST(InfiniteLines, OfAPointAndAVectorCountInUnitsOfTheVector) {
-    const struct {
-        const char *name;
-        Triple c, dc;
-        int code;
-        float t1, t2;
-    } cases[] = {
+    const std::tuple<const char *, Triple, Triple, int, float, float> cases[] = {
         {"crossing", {3, 4, 0}, {0, -1, 0}, 1, 3, 4},
         {"short vector", {0.5F, 0.25F, 0}, {0, 0x1p-10F, 0}, 1, 0.5F, -256},
         {"skew", {3, 4, 5}, {0, -1, 0}, -1, 3, 4},
         {"parallel: 10 times what was there", {0, 1, 0}, {-1, 0, 0}, 0, 20, 30},
         {"on one line", {5, 0, 0}, {-1, 0, 0}, SL_COINCIDENT, 20, 30},
     };
-    for (const auto &c : cases) {
-        float t1 = 2;
-        float t2 = 3;
-        EXPECT_EQ(on({O, X, c.c, c.dc}, slIntersectInfLines, &t1, &t2), c.code) << c.name;
-        EXPECT_FLOAT_EQ(t1, c.t1) << c.name;
-        EXPECT_FLOAT_EQ(t2, c.t2) << c.name;
+    for (const auto &[name, c, dc, code, wantedT1, wantedT2] : cases) {
+        float t1 = 2, t2 = 3;
+        EXPECT_EQ(on({O, X, c, dc}, slIntersectInfLines, &t1, &t2), code) << name;
+        EXPECT_FLOAT_EQ(t1, wantedT1) << name;
+        EXPECT_FLOAT_EQ(t2, wantedT2) << name;
     }
 }
 
@@ -127,9 +106,7 @@ TEST(InfiniteLines, HaveFeetJoinedByTheCommonPerpendicular) {
     while (tried < 2000) {
         const Pair l = {randomTriple(random, 10), randomTriple(random, 10),
                         randomTriple(random, 10), randomTriple(random, 10)};
-        const Exact u = Exact(l.b) - l.a;
-        const Exact v = Exact(l.d) - l.c;
-        const Exact n = cross(u, v);
+        const Exact u = Exact(l.b) - l.a, v = Exact(l.d) - l.c, n = cross(u, v);
         if (n.length() < 0.3L * u.length() * v.length() || u.length() < 1 || v.length() < 1) {
             continue; // nearly parallel or short: the feet lie badly
         }
@@ -156,9 +133,7 @@ TEST(InfiniteLines, InOnePlaneAreMeasuredFromTheStartOfTheSecond) {
 
 // What slGetCoPlaneLineDist tells, where nothing lies within the slack of a bound.
 Answer modelOfSegments(const Pair &l) {
-    const Exact u = Exact(l.b) - l.a;
-    const Exact v = Exact(l.d) - l.c;
-    const Exact w = Exact(l.c) - l.a;
+    const Exact u = Exact(l.b) - l.a, v = Exact(l.d) - l.c, w = Exact(l.c) - l.a;
     const auto isInside = [](long double t) { return 0 <= t && t <= 1; };
     const auto t1 = cross(w, v).z / cross(u, v).z;
     const auto t2 = cross(w, u).z / cross(u, v).z;
@@ -210,14 +185,9 @@ TEST(Segments, HaveSlackThatIsGreaterOnTheFirstOne) {
         return Pair{O, X, {x, -1, height}, {x, 1, height}};
     };
     const auto swapped = [](const Pair &l) { return Pair{l.c, l.d, l.a, l.b}; };
-    const float nearZero = -below(SL_ZERO);
-    const float nearOne = below(SL_PAST_ONE);
+    const float nearZero = -below(SL_ZERO), nearOne = below(SL_PAST_ONE);
     const float between = below(SL_PAST_ONE2);
-    const struct {
-        const char *name;
-        Pair lines;
-        Answer answer;
-    } cases[] = {
+    const std::tuple<const char *, Pair, Answer> cases[] = {
         {"-SL_ZERO on the first", crossAt(-SL_ZERO), {0, 0.5F, 0}}, // a distance that snaps
         {"less than that", crossAt(nearZero), {nearZero, 0.5F, 0}},
         {"SL_PAST_ONE2 on the first", crossAt(SL_PAST_ONE2), {1, 0.5F, SL_PAST_ONE2 - 1}},
@@ -227,8 +197,8 @@ TEST(Segments, HaveSlackThatIsGreaterOnTheFirstOne) {
         {"less than that", swapped(crossAt(nearOne)), {0.5F, nearOne, 0}},
         {"no foot on either", {O, X, {2, 1, 0}, {3, 2, 0}}, NO_FEET},
     };
-    for (const auto &c : cases) {
-        EXPECT_EQ(measure(slGetCoPlaneLineDist, c.lines), c.answer) << c.name;
+    for (const auto &[name, lines, answer] : cases) {
+        EXPECT_EQ(measure(slGetCoPlaneLineDist, lines), answer) << name;
     }
     // Between the two bounds the crossing counts, but the height of skew segments does not.
     EXPECT_EQ(measure(slGetDifPlaneLineDist, crossAt(between, 2)), (Answer{between, 0.5F, 0}));

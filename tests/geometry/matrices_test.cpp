@@ -3,15 +3,11 @@
 #include "trunnion/geometry/scalars.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "tests/geometry/support.h"
 
-using test::above;
-using test::below;
-using test::image;
-using test::Matrix;
-using test::SENTINEL;
-using test::Triple;
+using namespace test;
 
 namespace {
 
@@ -54,25 +50,19 @@ Triple randomUnit(test::Random &random) {
 }
 
 TEST(Rotations, TurnCounterClockwiseSeenFromTheTip) {
-    const float c = 0.6F;
-    const float s = 0.8F;
-    const float angle = std::atan2(s, c);
+    const float c = 0.6F, s = 0.8F, angle = std::atan2(s, c);
     using ByAngle = void (*)(float, float *);
     using ByFactors = void (*)(float, float, float *);
-    const struct {
-        ByAngle byAngle;
-        ByFactors byFactors;
-        Triple axis, from, to;
-    } cases[] = {
+    const std::tuple<ByAngle, ByFactors, Triple, Triple, Triple> cases[] = {
         {slRotateByX, slRotateByXExt, {1, 0, 0}, {0, 1, 0}, {0, c, s}},
         {slRotateByY, slRotateByY, {0, 1, 0}, {0, 0, 1}, {s, 0, c}},
         {slRotateByZ, slRotateByZExt, {0, 0, 1}, {1, 0, 0}, {c, s, 0}},
     };
-    for (const auto &example : cases) {
-        const Matrix byAngle = made(example.byAngle, angle);
-        expectImage(byAngle, example.from, example.to);
-        expectNear(made(example.byFactors, c, s), byAngle);
-        expectNear(made(slGenerateRotateMatrix, example.axis.data(), angle), byAngle);
+    for (const auto &[turnBy, byFactors, axis, from, to] : cases) {
+        const Matrix byAngle = made(turnBy, angle);
+        expectImage(byAngle, from, to);
+        expectNear(made(byFactors, c, s), byAngle);
+        expectNear(made(slGenerateRotateMatrix, axis.data(), angle), byAngle);
     }
     EXPECT_NE(made(slRotateByZ, SL_HALF_PI)[0], 0.0F) << "is not snapped";
 }
@@ -80,8 +70,7 @@ TEST(Rotations, TurnCounterClockwiseSeenFromTheTip) {
 TEST(Rotations, KeepTheirCentre) {
     test::Random random(41);
     for (int round = 0; round < 500; ++round) {
-        const Triple p = randomTriple(random, 20.0F);
-        const Triple v = randomUnit(random);
+        const Triple p = randomTriple(random, 20.0F), v = randomUnit(random);
         const Triple tip = {p[0] + v[0], p[1] + v[1], p[2] + v[2]};
         const Matrix turn = made(slGetRotateMatrix, p.data(), v.data(), random.real(-4.0F, 4.0F));
         expectImage(turn, p, p, 4e-5);
@@ -106,8 +95,7 @@ TEST(Rotations, KeepTheirCentre) {
 
 TEST(Rotations, IgnoreACentreThatIsNearlyTheOrigin) {
     const float half = SL_ZERO / 2.0F;
-    const Triple axis = {0, 0, 1};
-    const Triple flat = {0.6F, 0.8F, 0};
+    const Triple axis = {0, 0, 1}, flat = {0.6F, 0.8F, 0};
     const Matrix about = made(slGenerateRotateMatrix, axis.data(), 2.0F);
     const Matrix toX = made(slRotateByZExt, 0.6F, -0.8F);
     for (const auto &[y, moved] :
@@ -165,8 +153,7 @@ TEST(Application, MatchesTheDefinitionInAllItsForms) {
         std::generate(M.begin(), M.end(), [&random] { return random.real(-3.0F, 3.0F); });
         const Triple v = randomTriple(random, 10.0F);
         for (const float w : {0.0F, 1.0F}) {
-            Triple inPlace = v;
-            Triple out{};
+            Triple inPlace = v, out{};
             float four[4] = {v[0], v[1], v[2], w};
             if (w == 0.0F) {
                 slMatrix16MultiVector3(M.data(), inPlace.data());
@@ -205,8 +192,7 @@ TEST(Application, TransposedTakesColumnsForRows) {
 TEST(Motions, InvertAndComeApart) {
     test::Random random(43);
     for (int round = 0; round < 300; ++round) {
-        const Triple p = randomTriple(random, 10.0F);
-        const Triple axis = randomUnit(random);
+        const Triple p = randomTriple(random, 10.0F), axis = randomUnit(random);
         Matrix M = made(slGetRotateMatrix, p.data(), axis.data(), random.real(-7.0F, 7.0F));
         const Matrix inverse = made(slGetInverseMotionMatrix, M.data());
         ASSERT_EQ(slCheckIndentity(product(inverse, M).data()), 1);
@@ -245,8 +231,7 @@ TEST(Inverse, BoundsTheDeterminant) {
         EXPECT_FLOAT_EQ(inverse[5], 1.0F / scale);
         EXPECT_FLOAT_EQ(inverse[13], -3.0F / scale);
     }
-    Matrix small = {0.04F, 0, 0, 0, 0, 0.04F, 0, 0, 0, 0, 0.04F, 0, 0, 0, 0, 1};
-    Matrix inverse = ONES;
+    Matrix small = {0.04F, 0, 0, 0, 0, 0.04F, 0, 0, 0, 0, 0.04F, 0, 0, 0, 0, 1}, inverse = ONES;
     EXPECT_EQ(slInverseMatrixM(small.data(), inverse.data()), 0);
 }
 
@@ -266,35 +251,30 @@ TEST(Inverse, MapsFourPointsOntoFour) {
 }
 
 TEST(Cleaning, SnapsElementsOfTheBlockOnly) {
-    const struct {
-        float element, cleaned;
-    } cases[] = {
+    const std::tuple<float, float> cases[] = {
         {0.99995F, 1},           {-1.00005F, -1},           {0.9F, 0.9F},
         {SL_ZERO, SL_ZERO},      {-below(SL_ZERO), 0},      {SL_NEAR_ONE, SL_NEAR_ONE},
         {above(SL_NEAR_ONE), 1}, {-below(SL_PAST_ONE), -1}, {SL_PAST_ONE, SL_PAST_ONE},
     };
-    for (const auto &c : cases) {
+    for (const auto &[element, cleaned] : cases) {
         Matrix M{};
-        M.fill(c.element);
+        M.fill(element);
         slCheckMatrixError(M.data());
         for (std::size_t i = 0; i < 16; ++i) {
             const bool inBlock = i % 4 < 3 && i < 12;
-            EXPECT_EQ(M[i], inBlock ? c.cleaned : c.element) << i;
+            EXPECT_EQ(M[i], inBlock ? cleaned : element) << i;
         }
     }
 }
 
 TEST(Cleaning, SumsTheErrorsOfAllElements) {
-    const struct {
-        std::size_t index;
-        float value;
-        int isIdentity;
-    } cases[] = {{1, SL_IDENTITY_SUM, 1}, {14, -SL_IDENTITY_SUM, 1}, {3, above(SL_IDENTITY_SUM), 0},
-                 {15, 1.0015F, 1},        {15, 0.9983F, 0},          {0, -1.0F, 0}};
-    for (const auto &c : cases) {
+    const std::tuple<std::size_t, float, int> cases[] = {
+        {1, SL_IDENTITY_SUM, 1}, {14, -SL_IDENTITY_SUM, 1}, {3, above(SL_IDENTITY_SUM), 0},
+        {15, 1.0015F, 1},        {15, 0.9983F, 0},          {0, -1.0F, 0}};
+    for (const auto &[index, value, isIdentity] : cases) {
         Matrix M = IDENTITY;
-        M[c.index] = c.value;
-        EXPECT_EQ(slCheckIndentity(M.data()), c.isIdentity) << c.index;
+        M[index] = value;
+        EXPECT_EQ(slCheckIndentity(M.data()), isIdentity) << index;
     }
     Matrix spread = IDENTITY;
     std::for_each(spread.begin(), spread.end(), [](float &e) { e += 0.00011F; });

@@ -1,14 +1,14 @@
 // Planes and frames from points, their matrices, and bounds.
 #include "trunnion/geometry/matrices.h"
+
 #include "trunnion/geometry/planes.h"
 #include "trunnion/geometry/scalars.h"
+#include <tuple>
+#include <vector>
 
 #include "tests/geometry/support.h"
 
-using test::above;
-using test::Matrix;
-using test::SENTINEL;
-using test::Triple;
+using namespace test;
 
 namespace {
 
@@ -21,12 +21,7 @@ Triple triple(const float *p) {
 
 TEST(PlaneNormal, TellsDegenerateTriples) {
     const float side = above(SL_ZERO);
-    const struct {
-        const char *name;
-        Triple a, b, c;
-        int result;
-        Triple n;
-    } cases[] = {
+    const std::tuple<const char *, Triple, Triple, Triple, int, Triple> cases[] = {
         {"XY plane", O, {1, 0, 0}, {0, 1, 0}, 1, {0, 0, 1}},
         {"reversed", {1, 1, 1}, {1, 3, 1}, {2, 1, 1}, 1, {0, 0, -1}},
         {"equal points", O, O, {0, 1, 0}, 0, UNTOUCHED},
@@ -38,13 +33,13 @@ TEST(PlaneNormal, TellsDegenerateTriples) {
         {"product that snaps", O, {0, 0.005F, 0}, {0, 0, 0.005F}, 0, {1, 0, 0}},
         {"far away", O, {1e18F, 0, 0}, {0, 1e18F, 0}, 1, {0, 0, 1}},
     };
-    for (const auto &c : cases) {
+    for (const auto &[name, a, b, c, result, wantedN] : cases) {
         Triple n = UNTOUCHED;
-        EXPECT_EQ(slPlaneNormal(c.a.data(), c.b.data(), c.c.data(), n.data()), c.result) << c.name;
-        EXPECT_EQ(n, c.n) << c.name;
+        EXPECT_EQ(slPlaneNormal(a.data(), b.data(), c.data(), n.data()), result) << name;
+        EXPECT_EQ(n, wantedN) << name;
         float D = SENTINEL;
-        slGetPlaneEquation(c.a.data(), c.b.data(), c.c.data(), n.data(), &D);
-        EXPECT_EQ(D, c.result == 0 ? SENTINEL : -test::dot(c.n, c.a)) << c.name;
+        slGetPlaneEquation(a.data(), b.data(), c.data(), n.data(), &D);
+        EXPECT_EQ(D, result == 0 ? SENTINEL : -test::dot(wantedN, a)) << name;
     }
 }
 
@@ -69,15 +64,8 @@ TEST(PlaneEquation, HoldsForItsPoints) {
 }
 
 TEST(FourPoints, UseTheFirstThreeThatSpanAPlane) {
-    const Triple a = {0, 0, 8};
-    const Triple x = {1, 0, 8};
-    const Triple y = {0, 1, 8};
-    const struct {
-        const char *name;
-        Triple b, c, d;
-        int result;
-        Triple n;
-    } cases[] = {
+    const Triple a = {0, 0, 8}, x = {1, 0, 8}, y = {0, 1, 8};
+    const std::tuple<const char *, Triple, Triple, Triple, int, Triple> cases[] = {
         {"in the plane", x, y, {7, 7, 8}, 1, {0, 0, 1}},
         {"off the plane", x, y, {0, 0, 9}, 0, {0, 0, 1}},
         {"fourth is the first", x, y, a, 1, {0, 0, 1}},
@@ -87,25 +75,22 @@ TEST(FourPoints, UseTheFirstThreeThatSpanAPlane) {
         {"first three on a line", x, {2, 0, 8}, {0, 0, 11}, 1, {0, -1, 0}},
         {"all on a line", x, {2, 0, 8}, {3, 0, 8}, 0, {0, 0, 0}},
     };
-    for (const auto &c : cases) {
+    for (const auto &[name, b, c, d, result, wantedN] : cases) {
         Triple n = UNTOUCHED;
-        EXPECT_EQ(slGetPlaneFourPnt(a.data(), c.b.data(), c.c.data(), c.d.data(), n.data()),
-                  c.result)
-            << c.name;
-        EXPECT_EQ(n, c.n) << c.name;
+        EXPECT_EQ(slGetPlaneFourPnt(a.data(), b.data(), c.data(), d.data(), n.data()), result)
+            << name;
+        EXPECT_EQ(n, wantedN) << name;
     }
 }
 
 TEST(Frames, AreRightHandedWithTheThirdPointOnTheUpperSide) {
     test::Random random(52);
     for (int round = 0; round < 500; ++round) {
-        const Triple o = randomTriple(random, 10);
-        const Triple px = randomTriple(random, 10);
+        const Triple o = randomTriple(random, 10), px = randomTriple(random, 10);
         Triple py = randomTriple(random, 10);
         XYCoordSysD cs{};
         ASSERT_EQ(slGenXYCoordSys(o.data(), px.data(), py.data(), &cs), 1);
-        Matrix toWorld{};
-        Matrix toLocal{};
+        Matrix toWorld{}, toLocal{};
         slGenMatrixToWorld(cs, toWorld.data());
         slGenMatrixToLocal(cs, toLocal.data());
         Triple local = px;
@@ -129,9 +114,7 @@ TEST(Frames, AreRightHandedWithTheThirdPointOnTheUpperSide) {
 TEST(Frames, AreNotWrittenForPointsOnALine) {
     XYCoordSysD cs{};
     cs.origin[0] = SENTINEL;
-    const Triple x = {1, 0, 0};
-    const Triple close = {0, SL_ZERO, 0};
-    const Triple flat = {5, 0.00049F, 0};
+    const Triple x = {1, 0, 0}, close = {0, SL_ZERO, 0}, flat = {5, 0.00049F, 0};
     for (const Triple &py : {O, x, close, flat}) {
         EXPECT_EQ(slGenXYCoordSys(O.data(), x.data(), py.data(), &cs), 0);
         EXPECT_EQ(cs.origin[0], SENTINEL);
@@ -144,10 +127,7 @@ TEST(Frames, AreNotWrittenForPointsOnALine) {
 }
 
 TEST(Frames, CarryDirections) {
-    const Triple x = {0, 1, 0};
-    const Triple y = {0, 0, 1};
-    const Triple z = {1, 0, 0};
-    const Triple p = {2, 3, 5};
+    const Triple x = {0, 1, 0}, y = {0, 0, 1}, z = {1, 0, 0}, p = {2, 3, 5};
     Triple world{};
     slTransToWorld(x.data(), y.data(), z.data(), p.data(), world.data());
     EXPECT_EQ(world, (Triple{5, 2, 3}));
@@ -156,33 +136,23 @@ TEST(Frames, CarryDirections) {
 }
 
 TEST(RayMatrices, MultiplyTheFactorsOfBothRays) {
-    const Triple p1 = {1, 2, 3};
-    const Triple p2 = {4, 4, 4};
+    const Triple p1 = {1, 2, 3}, p2 = {4, 4, 4};
     const float c1 = 0.8F, s1 = 0.6F, e1 = 5.0F / 13.0F, f1 = 12.0F / 13.0F;
     const float c2 = 0.28F, s2 = 0.96F, e2 = -15.0F / 17.0F, f2 = 8.0F / 17.0F;
-    const Triple d1 = {s1 * f1, c1 * f1, e1};
-    const Triple d2 = {s2 * f2, c2 * f2, e2};
-    const Matrix expected = {c1 * c2,
-                             -s1 * s2 * e2,
-                             0,
-                             0,
-                             -s1 * e1 * s2,
-                             c1 * e1 * c2 * e2,
-                             -f1 * c2 * f2,
-                             0,
-                             0,
-                             -c1 * f1 * f2,
-                             e1 * e2,
-                             0,
-                             -3,
-                             -2,
-                             -1,
-                             1};
+    const Triple d1 = {s1 * f1, c1 * f1, e1}, d2 = {s2 * f2, c2 * f2, e2};
+    const std::vector<Triple> expected = {{c1 * c2, -s1 * s2 * e2, 0},
+                                          {-s1 * e1 * s2, c1 * e1 * c2 * e2, -f1 * c2 * f2},
+                                          {0, -c1 * f1 * f2, e1 * e2},
+                                          {-3, -2, -1}};
     Matrix M{};
+    const auto expectFactors = [&] {
+        for (std::size_t i = 0; i < 16; ++i) {
+            const float last = i == 15 ? 1.0F : 0.0F;
+            EXPECT_NEAR(M[i], i % 4 < 3 ? expected[i / 4][i % 4] : last, 1e-6) << i;
+        }
+    };
     slGenMatrixToSpRadials(p1.data(), d1.data(), p2.data(), d2.data(), M.data());
-    for (std::size_t i = 0; i < 16; ++i) {
-        EXPECT_NEAR(M[i], expected[i], 1e-6) << i;
-    }
+    expectFactors();
     const Triple b1 = {p1[0] + 2 * d1[0], p1[1] + 2 * d1[1], p1[2] + 2 * d1[2]};
     const Triple b2 = {p2[0] + 9 * d2[0], p2[1] + 9 * d2[1], p2[2] + 9 * d2[2]};
     M.fill(SENTINEL);
@@ -190,16 +160,12 @@ TEST(RayMatrices, MultiplyTheFactorsOfBothRays) {
     EXPECT_EQ(slGenMatrixToSpLines(p1.data(), p1.data(), p2.data(), b2.data(), M.data()), 0);
     EXPECT_EQ(M[0], SENTINEL);
     EXPECT_EQ(slGenMatrixToSpLines(p1.data(), b1.data(), p2.data(), b2.data(), M.data()), 1);
-    for (std::size_t i = 0; i < 16; ++i) {
-        EXPECT_NEAR(M[i], expected[i], 1e-6) << i;
-    }
+    expectFactors();
 }
 
 TEST(Bounds, CoverBothListsAndSkipEmptyOnes) {
-    const float first[2][3] = {{1, -5, 3}, {4, 2, -6}};
-    const float second[1][3] = {{-7, 0, 9}};
-    Triple low{};
-    Triple high{};
+    const float first[2][3] = {{1, -5, 3}, {4, 2, -6}}, second[1][3] = {{-7, 0, 9}};
+    Triple low{}, high{};
     slGetMinXYZ(2, first, 1, second, low.data());
     slGetMaxXYZ(2, first, 1, second, high.data());
     EXPECT_EQ(low, (Triple{-7, -5, -6}));

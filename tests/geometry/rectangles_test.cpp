@@ -12,13 +12,7 @@
 #include "tests/geometry/cases.h"
 #include "tests/geometry/point.h"
 
-using test::above;
-using test::below;
-using test::check;
-using test::Matrix;
-using test::Point;
-using test::randomMotion;
-using test::SENTINEL;
+using namespace test;
 
 namespace {
 
@@ -70,8 +64,7 @@ TEST(StandardPosition, PutsTheFirstCornerAtTheOrigin) {
     test::Random random(71);
     for (int round = 0; round < 300; ++round) {
         const RectangleD standard = box(0, 0, random.real(0.1F, 30), random.real(0.1F, 30));
-        RectangleD R{};
-        RectangleD S{};
+        RectangleD R{}, S{};
         Matrix M{};
         slTransRectangleByMatrix(standard, randomMotion(random).data(), &R);
         ASSERT_EQ(slTransToStdRect(R, &S, M.data()), 1);
@@ -146,8 +139,7 @@ TEST(Bounding, OfAnyArcIsTight) {
     test::Random random(72);
     for (int round = 0; round < 2000; ++round) {
         const Point centre = test::randomPoint(random, 50);
-        const double r = random.real(0.5F, 20);
-        const double from = random.real(0, 6.28F);
+        const double r = random.real(0.5F, 20), from = random.real(0, 6.28F);
         const double turn = random.real(-6.2F, 6.2F);
         Samples points;
         for (int i = 0; i <= 2000; ++i) {
@@ -212,12 +204,9 @@ TEST(Bounding, OfASphereTurnsWithADirection) {
 TEST(Bounding, OfACylinderIsTight) {
     test::Random random(73);
     for (int round = 0; round < 500; ++round) {
-        const Point c = test::randomPoint(random, 30);
-        const Point v = test::unit(test::randomPoint(random, 1));
-        const Point e = test::unit({v[1], -v[0], 0});
-        const Point f = test::cross(e, v);
-        const float r = random.real(0.1F, 8);
-        const float h = random.real(-20, 20);
+        const Point c = test::randomPoint(random, 30), v = test::unit(test::randomPoint(random, 1));
+        const Point e = test::unit({v[1], -v[0], 0}), f = test::cross(e, v);
+        const float r = random.real(0.1F, 8), h = random.real(-20, 20);
         Samples points;
         for (int i = 0; i < 2000; ++i) {
             const double angle = 2 * std::numbers::pi * i / 2000;
@@ -249,8 +238,7 @@ TEST(Bounding, JoinsRectanglesOfOneDirection) {
     const RectangleD nearer = {{1, 1, 5}, {3, 3, 5}, {2, 4, 5}, {0, 2, 5}};
     const RectangleD farther = {{5, 5, 5}, {7, 7, 5}, {4, 10, 5}, {2, 8, 5}};
     const RectangleD joined = {{2, 0, 0}, {7, 7, 0}, {4, 10, 0}, {-1, 3, 0}};
-    RectangleD first = nearer;
-    RectangleD second = farther;
+    RectangleD first = nearer, second = farther;
     slMergeRectWithSameDir(first, farther, &first);
     slMergeRectWithSameDir(nearer, second, &second);
     EXPECT_LT(greatestDifference(first, joined), 1e-6);

@@ -2,12 +2,12 @@
 #include "trunnion/geometry/scalars.h"
 
 #include <climits>
+#include <tuple>
 #include <vector>
 
 #include "tests/geometry/support.h"
 
-using test::above;
-using test::below;
+using namespace test;
 
 namespace {
 
@@ -17,11 +17,7 @@ constexpr float HUGE_F = std::numeric_limits<float>::max();
 TEST(GuardedScalars, SnapExactlyAtTheirBounds) {
     using Function = double (*)(double);
     const Function fabsD = slFabs;
-    const struct {
-        const char *name;
-        Function call;
-        double x, expected;
-    } cases[] = {
+    const std::tuple<const char *, Function, double, double> cases[] = {
         {"fabs at the floor", fabsD, 1e-8, 0.0},
         {"fabs above the floor", fabsD, -above(1e-8), above(1e-8)},
         {"fabs of a NaN", fabsD, std::nan(""), 0.0},
@@ -50,8 +46,8 @@ TEST(GuardedScalars, SnapExactlyAtTheirBounds) {
         {"tan of a multiple of pi", slTan, -3.0 * SL_PI_D, std::tan(-SL_PI_D)},
         {"tan of infinity", slTan, std::numeric_limits<double>::infinity(), 0.0},
     };
-    for (const auto &c : cases) {
-        EXPECT_EQ(c.call(c.x), c.expected) << c.name;
+    for (const auto &[name, call, x, expected] : cases) {
+        EXPECT_EQ(call(x), expected) << name;
     }
     EXPECT_EQ(slFabs(5e-9F), 0.0F);
     EXPECT_EQ(slFabs(-2e-8F), 2e-8F);
@@ -98,11 +94,7 @@ TEST(SmallScalars, FollowTheirTables) {
     const Function mod2 = [](float x) { return slMod(x, 2.0F); };
     const Function mod1 = [](float x) { return slMod(x, 1.0F); };
     const Function mod4 = [](float x) { return slMod(x, 4.0F); };
-    const struct {
-        const char *name;
-        Function call;
-        float x, expected;
-    } cases[] = {
+    const std::tuple<const char *, Function, float, float> cases[] = {
         {"sign at", sign, SL_ZERO, 0.0F},
         {"sign above", sign, above(SL_ZERO), 1.0F},
         {"sign at negative", sign, -SL_ZERO, 0.0F},
@@ -122,8 +114,8 @@ TEST(SmallScalars, FollowTheirTables) {
         {"radian", slAngleToRadian, 180.0F, static_cast<float>(SL_PI_D * 180.0 * SL_ONE_OVER_180)},
         {"degree", slRadianToAngle, SL_PI, static_cast<float>(SL_PI_D * 180.0 * SL_ONE_OVER_PI)},
     };
-    for (const auto &c : cases) {
-        EXPECT_EQ(c.call(c.x), c.expected) << c.name;
+    for (const auto &[name, call, x, expected] : cases) {
+        EXPECT_EQ(call(x), expected) << name;
     }
     // Too great for an int, and still about itself.
     EXPECT_FLOAT_EQ(slKeepTwoDecimal(-4e12F), -4e12F);
@@ -132,16 +124,13 @@ TEST(SmallScalars, FollowTheirTables) {
 }
 
 TEST(SmallScalars, RoundHalvesAwayFromZeroAndSaturates) {
-    const struct {
-        float x;
-        int expected;
-    } cases[] = {
+    const std::tuple<float, int> cases[] = {
         {2.5F, 3},        {-2.5F, -3},       {2.4999998F, 2},       {0.00005F, 0},
         {0.5F, 1},        {-0.4999F, 0},     {8388609.0F, 8388609}, {3e9F, INT_MAX},
         {-3e9F, INT_MIN}, {HUGE_F, INT_MAX}, {std::nanf(""), 0},
     };
-    for (const auto &c : cases) {
-        EXPECT_EQ(slRound(c.x), c.expected) << c.x;
+    for (const auto &[x, expected] : cases) {
+        EXPECT_EQ(slRound(x), expected) << x;
     }
 }
 
@@ -166,11 +155,7 @@ TEST(SmallScalars, ChooseAndClamp) {
 
 TEST(QuadraticEquation, FollowsItsTable) {
     const double aTiny = SL_ZERO_D;
-    const struct {
-        double a, b, c;
-        int result;
-        double x1, x2;
-    } cases[] = {
+    const std::tuple<double, double, double, int, double, double> cases[] = {
         {0, 0, 0, 3, 0, 0},
         {0, 0, 1, 0, 0, 0},
         {0, 1e-8, below(1e-8), 3, 0, 0},
@@ -189,16 +174,13 @@ TEST(QuadraticEquation, FollowsItsTable) {
         {-1e200, 3e200, -2e200, 2, 1, 2},
         {1e200, 1e200, 1e200, 0, SL_BIG_D, SL_BIG_D},
     };
-    for (const auto &c : cases) {
-        double x1 = 0.5;
-        double x2 = 0.5;
-        EXPECT_EQ(slSolveEquationQuad(c.a, c.b, c.c, &x1, &x2), c.result)
-            << c.a << ' ' << c.b << ' ' << c.c;
-        EXPECT_DOUBLE_EQ(x1, c.x1);
-        EXPECT_DOUBLE_EQ(x2, c.x2);
+    for (const auto &[a, b, c, result, wantedX1, wantedX2] : cases) {
+        double x1 = 0.5, x2 = 0.5;
+        EXPECT_EQ(slSolveEquationQuad(a, b, c, &x1, &x2), result) << a << ' ' << b << ' ' << c;
+        EXPECT_DOUBLE_EQ(x1, wantedX1);
+        EXPECT_DOUBLE_EQ(x2, wantedX2);
     }
-    double x1 = 0.0;
-    double x2 = 0.0;
+    double x1 = 0.0, x2 = 0.0;
     EXPECT_EQ(slSolveEquationQuad(2 * aTiny, HUGE_D, HUGE_D, &x1, &x2), 2);
     EXPECT_TRUE(std::isfinite(x1) && std::isfinite(x2));
 }
@@ -206,9 +188,7 @@ TEST(QuadraticEquation, FollowsItsTable) {
 TEST(LinearEquations, AreSolvedColumnByColumn) {
     test::Random random(32);
     for (int round = 0; round < 300; ++round) {
-        double a[9];
-        double wanted[3];
-        double b[3] = {};
+        double a[9], wanted[3], b[3] = {};
         // The second half goes beyond where products of three would overflow.
         const double size = round < 150 ? 1.0 : 1e150;
         for (double &value : a) {
@@ -223,10 +203,9 @@ TEST(LinearEquations, AreSolvedColumnByColumn) {
         a[0] += 20.0 * size;
         b[0] += 20.0 * size * wanted[0];
         double x[3] = {};
-        if (slSolveEquationGroup3(a, b, x) == 1) {
-            for (int i = 0; i < 3; ++i) {
-                ASSERT_NEAR(x[i], wanted[i], 1e-6);
-            }
+        const bool isSolved = slSolveEquationGroup3(a, b, x) == 1;
+        for (int i = 0; i < 3 && isSolved; ++i) {
+            ASSERT_NEAR(x[i], wanted[i], 1e-6);
         }
     }
 }
@@ -243,8 +222,7 @@ TEST(LinearEquations, LeaveTheUnknownsWhereTheSystemIsSingular) {
 }
 
 TEST(Trains, GiveMinorsAndDeterminants) {
-    float train[9] = {1, 2, 3, 4, 5, 6, 7, 8, 10};
-    float minor[5] = {0, 0, 0, 0, test::SENTINEL};
+    float train[9] = {1, 2, 3, 4, 5, 6, 7, 8, 10}, minor[5] = {0, 0, 0, 0, test::SENTINEL};
     slNewTrainM(train, 1, 2, 3, minor);
     const std::vector<float> expected = {1, 3, 4, 6, test::SENTINEL};
     EXPECT_EQ(std::vector<float>(minor, minor + 5), expected);

@@ -7,11 +7,10 @@
 #include <gtest/gtest.h>
 
 #include "tests/geometry/kernel_calls.h"
-#include "tests/support/random.h"
 
 namespace {
 
-// What every function of the kernel gives in some rounds of its own.
+// What the functions of the kernel give in some rounds of its own.
 std::vector<std::string> results(std::uint32_t firstRound) {
     std::vector<std::string> all;
     for (std::uint32_t round = firstRound; round < firstRound + 5; ++round) {
@@ -24,24 +23,19 @@ std::vector<std::string> results(std::uint32_t firstRound) {
 }
 
 TEST(KernelThreads, GetTheBitsThatOneThreadGets) {
-    constexpr int count = 4;
-    test::Random random(20);
-    std::vector<std::uint32_t> firstRounds;
+    constexpr std::uint32_t count = 4;
     std::vector<std::vector<std::string>> found(count);
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     std::latch start(count);
-    for (std::vector<std::string> &own : found) {
-        firstRounds.push_back(static_cast<std::uint32_t>(random.integer(0, 1 << 20)));
-        threads.emplace_back([&own, &start, round = firstRounds.back()] {
+    for (std::uint32_t i = 0; i < count; ++i) {
+        threads.emplace_back([&, i] {
             start.arrive_and_wait();
-            own = results(round);
+            found[i] = results(1000 * i);
         });
     }
-    for (std::thread &thread : threads) {
-        thread.join();
-    }
-    for (std::size_t i = 0; i < count; ++i) {
-        EXPECT_EQ(found[i], results(firstRounds[i]));
+    threads.clear();
+    for (std::uint32_t i = 0; i < count; ++i) {
+        EXPECT_EQ(found[i], results(1000 * i));
     }
 }
 
