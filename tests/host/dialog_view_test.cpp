@@ -16,8 +16,7 @@
 namespace {
 
 struct Material {
-    GLenum face;
-    GLenum part;
+    GLenum face, part;
     std::vector<float> colour;
 };
 std::vector<Material> materials;
@@ -79,8 +78,7 @@ std::string stored(Value value) {
 
 TEST(DialogFields, IntegersAreSavedByTheirFormatOrRefused) {
     struct Case {
-        const char *text;
-        const char *format;
+        const char *text, *format;
         std::string place;
     };
     const Case cases[] = {
@@ -134,8 +132,7 @@ TEST(DialogFields, IntegersAreLoadedWith32Or16Bits) {
 TEST(DialogFields, RealsAreSavedAsFloatForPrecision6AndAsDoubleElse) {
     struct Case {
         const char *text;
-        std::string asFloat;
-        std::string asDouble;
+        std::string asFloat, asDouble;
     };
     const Case cases[] = {
         {" 0.1\t", stored(0.1F), stored(0.1)},
@@ -209,8 +206,7 @@ TEST(DialogFields, AFieldWithTheRightTextIsNotTouched) {
 
 TEST(View, PositionsAreFractionsOfTheClientArea) {
     CWnd window;
-    float x = 9;
-    float y = 9;
+    float x = 9, y = 9;
     slGetRealPosM(&window, &x, &y, 3, 4);
     EXPECT_EQ(x, 0.0F);
     EXPECT_EQ(y, 0.0F);
@@ -222,9 +218,7 @@ TEST(View, PositionsAreFractionsOfTheClientArea) {
 
 TEST(View, DragsZoomByTheirColumnsAndNeverThroughZero) {
     struct Case {
-        int origin;
-        int from;
-        int to;
+        int origin, from, to;
         float scale;
     };
     const Case cases[] = {
@@ -239,8 +233,7 @@ TEST(View, DragsZoomByTheirColumnsAndNeverThroughZero) {
 }
 
 TEST(View, DragsPanUpwardWhereRowsDecrease) {
-    float dx = 0;
-    float dy = 0;
+    float dx = 0, dy = 0;
     slGetPanDistance({5, 6}, {105, 106}, &dx, &dy);
     EXPECT_EQ(dx, 2.0F);
     EXPECT_EQ(dy, -2.0F);
@@ -256,8 +249,7 @@ int notePlayed(const char *file, unsigned int flags) {
 }
 
 TEST(Sound, PlaysByItsModeThroughTheHandler) {
-    char file[] = "a.wav";
-    char empty[] = "";
+    char file[] = "a.wav", empty[] = "";
     slPlayWavSoundM(file, 2); // without a handler: silence
     trunnion::SetSoundHandler(&notePlayed);
     for (int mode = 0; mode <= 4; ++mode) {
