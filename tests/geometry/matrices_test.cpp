@@ -109,13 +109,10 @@ TEST(Rotations, IgnoreACentreThatIsNearlyTheOrigin) {
 TEST(Rotations, ToZFromTheAxisItself) {
     const Triple p = {1, 2, 3};
     const Matrix halfTurn = {1, 0, 0, 0, 0, -1, 0, 0, 0, 0, -1, 0, 0, 4, 6, 1};
-    for (const auto &[z, turns] : {std::pair{1.0F, false},
-                                   {0.0F, false},
-                                   {-SL_ZERO, false},
-                                   {-above(SL_ZERO), true},
-                                   {-1.0F, true}}) {
+    for (const float z : {1.0F, 0.0F, -SL_ZERO, -above(SL_ZERO), -1.0F}) {
         const Triple v = {SL_ZERO, 0, z};
-        EXPECT_EQ(made(slGenVectToZMatrix, p.data(), v.data()), turns ? halfTurn : IDENTITY) << z;
+        const Matrix expected = z < -SL_ZERO ? halfTurn : IDENTITY;
+        EXPECT_EQ(made(slGenVectToZMatrix, p.data(), v.data()), expected) << z;
     }
 }
 
@@ -125,10 +122,9 @@ TEST(Products, ApplyTheRightFactorFirst) {
     const Matrix turn = made(slRotateByZExt, 0.0F, 1.0F);
     expectImage(product(move, turn), {1, 0, 0}, {10, 1, 0});
     expectImage(product(turn, move), {1, 0, 0}, {0, 11, 0});
-    Matrix left = turn;
+    Matrix left = turn, right = turn;
     slSetMatrixByMulti(move.data(), left.data());
     EXPECT_EQ(left, product(move, turn));
-    Matrix right = turn;
     slSetMatrixByRightMulti(move.data(), right.data());
     EXPECT_EQ(right, product(turn, move));
 }
