@@ -50,6 +50,9 @@ if(STEP STREQUAL install)
 elseif(STEP STREQUAL find_package)
   build_consumer(${build} -DCMAKE_PREFIX_PATH=${prefix} -DWANTED_VERSION=${VERSION})
 
+elseif(STEP STREQUAL component)
+  build_consumer(${build} -DCMAKE_PREFIX_PATH=${prefix} -DWITH_DESKTOP=ON)
+
 elseif(STEP STREQUAL wrong_version)
   foreach(version 99.0 0.0.1)
     require_failure("version: ${VERSION}" ${CMAKE_COMMAND} -S ${consumer} -B ${build} -G ${GENERATOR}

@@ -2,10 +2,16 @@
 #include <cstdio>
 
 #include "trunnion/trunnion.h"
+#ifdef WITH_DESKTOP
+#include "trunnion_desktop/desktop.h"
+#endif
 
 static_assert(static_cast<char>(-1) < 0, "compiled without -fsigned-char");
 
 int main() {
+#ifdef WITH_DESKTOP
+    trunnion::InstallDesktop(nullptr);
+#endif
     IntArr list;
     list.AddItemM(7);
     float vector[3] = {0.0F, 3.0F, 4.0F};
