@@ -14,10 +14,8 @@ namespace {
 
 using namespace test;
 
-constexpr int CCW = CUR_DIR_CCW;
-constexpr int CW = CUR_DIR_CW;
-const float ROOT2 = std::sqrt(2.0F);
-const float ROOT3 = std::sqrt(3.0F);
+constexpr int CCW = CUR_DIR_CCW, CW = CUR_DIR_CW;
+const float ROOT2 = std::sqrt(2.0F), ROOT3 = std::sqrt(3.0F);
 
 // What the constructing functions write, and a row that expects a failure.
 struct Outputs {

@@ -241,47 +241,42 @@ TEST(ZxIntCur, KeepsWhatLiesBeyondTheStationOnTheNamedSide) {
 }
 
 TEST(Offset, MovesALineAcrossItselfTowardsTheSide) {
-    const struct {
-        int type; // runs along x
-        float side[3], step[3];
-    } cases[] = {{CUR_LINE, {1, 1, 0}, {0, 2, 0}},
-                 {164, {5, 0, -0.01F}, {0, 0, -2}},
-                 {CUR_LINE, {1, 0.00011F, 0}, {0, 2, 0}},
-                 {CUR_LINE, {1, SL_ZERO, 0}, {0, 0, 0}},
-                 {CUR_LINE, {0, 0, 0}, {0, 0, 0}},
-                 {CUR_ARC_XY, {0, 1, 0}, {0, 0, 0}},
-                 {163, {0, 1, 0}, {0, 0, 0}}};
-    for (const auto &c : cases) {
-        TouchCurD line = makeLine({1, 2, 3, 4, 5}, {7, 2, 3, 4, 5}, c.type), expected = line;
-        expected.MoveM(c.step);
-        line.OffsetM(2, c.side);
-        EXPECT_EQ(bytesOf(line), bytesOf(expected)) << c.type << " " << c.side[1];
+    // The line runs along x.
+    const std::tuple<int, Triple, Triple> cases[] = {{CUR_LINE, {1, 1, 0}, {0, 2, 0}},
+                                                     {164, {5, 0, -0.01F}, {0, 0, -2}},
+                                                     {CUR_LINE, {1, 0.00011F, 0}, {0, 2, 0}},
+                                                     {CUR_LINE, {1, SL_ZERO, 0}, {0, 0, 0}},
+                                                     {CUR_LINE, {0, 0, 0}, {0, 0, 0}},
+                                                     {CUR_ARC_XY, {0, 1, 0}, {0, 0, 0}},
+                                                     {163, {0, 1, 0}, {0, 0, 0}}};
+    for (const auto &[type, side, step] : cases) {
+        TouchCurD line = makeLine({1, 2, 3, 4, 5}, {7, 2, 3, 4, 5}, type), expected = line;
+        expected.MoveM(step.data());
+        line.OffsetM(2, side.data());
+        EXPECT_EQ(bytesOf(line), bytesOf(expected)) << type << " " << side[1];
     }
 }
 
 TEST(Offset, ArcStaysConcentric) {
-    const struct {
-        float distance;
-        float side[3]; // told from the first end, 5 to the right of the centre
-        float radius;
-    } cases[] = {
+    // The side is told from the first end, 5 to the right of the centre.
+    const std::tuple<float, Triple, float> cases[] = {
         {1, {1, 0, 0}, 6},         {1, {-1, 0, 0}, 4}, {-1, {1, 0, 0}, 4},
         {1, {0.000019F, 9, 9}, 5},                       // the dot product is within the tolerance
         {1, {0.000021F, 9, 9}, 6}, {7, {-1, 0, 0}, -2}}; // beyond the centre nothing stops it
-    for (const auto &c : cases) {
+    for (const auto &[distance, side, radius] : cases) {
         TouchCurD arc = makeLine({6, 1, 0, 8, 9}, {1, 6, 0, 8, 9}, CUR_ARC);
         arc.centre = Tq5AxisPntCL(1, 1, 0, 0, 0);
         arc.radius = 5;
         TouchCurD expected = arc;
-        arc.OffsetM(c.distance, c.side);
-        EXPECT_NEAR(arc.firstPoint.X(), 1 + c.radius, 1e-5F);
-        EXPECT_NEAR(arc.secondPoint.Y(), 1 + c.radius, 1e-5F);
+        arc.OffsetM(distance, side.data());
+        EXPECT_NEAR(arc.firstPoint.X(), 1 + radius, 1e-5F);
+        EXPECT_NEAR(arc.secondPoint.Y(), 1 + radius, 1e-5F);
         expected.firstPoint.X() = arc.firstPoint.X();
         expected.secondPoint.Y() = arc.secondPoint.Y();
-        expected.radius = c.radius;
+        expected.radius = radius;
         EXPECT_EQ(bytesOf(arc), bytesOf(expected));
-        if (c.radius > 0) {
-            arc.OffsetM(-c.distance, c.side);
+        if (radius > 0) {
+            arc.OffsetM(-distance, side.data());
             EXPECT_NEAR(arc.radius, 5, 1e-6F);
             EXPECT_NEAR(arc.secondPoint.Y(), 6, 1e-5F);
         }
@@ -289,29 +284,26 @@ TEST(Offset, ArcStaysConcentric) {
     TouchCurD shrunk = sentinelCurve(CUR_ARC);
     shrunk.radius = 0;
     const std::string before = bytesOf(shrunk);
-    const float side[] = {1, 1, 1};
-    shrunk.OffsetM(2, side);
+    shrunk.OffsetM(2, Triple{1, 1, 1}.data());
     EXPECT_EQ(bytesOf(shrunk), before);
 }
 
 TEST(TransCoord, LineKeepsItsEndOrItsLength) {
     const float start[] = {100, 100, 100};
-    const struct {
-        int mode;
-        float dx, dy, end[3];
-    } cases[] = {{0, 5, 0, {6, 2, 3}},
-                 {54, 5, 0, {6, 2, 3}},
-                 {55, 5, 0, {105, 100, 100}},
-                 {0, SL_ZERO / 2, 0, {100, 100, 100}}, // short: a point at the new start
-                 {55, SL_ZERO / 2, 0, {100, 100, 100}}};
-    for (const auto &c : cases) {
-        TouchCurD line = makeLine({1, 2, 3, 4, 5}, {1 + c.dx, 2 + c.dy, 3, 6, 7}), expected = line;
+    const std::tuple<int, float, Triple> cases[] = {
+        {0, 5, {6, 2, 3}},
+        {54, 5, {6, 2, 3}},
+        {55, 5, {105, 100, 100}},
+        {0, SL_ZERO / 2, {100, 100, 100}}, // short: a point at the new start
+        {55, SL_ZERO / 2, {100, 100, 100}}};
+    for (const auto &[mode, dx, expectedEnd] : cases) {
+        TouchCurD line = makeLine({1, 2, 3, 4, 5}, {1 + dx, 2, 3, 6, 7}), expected = line;
         test::setXyz(expected.firstPoint, start);
-        test::setXyz(expected.secondPoint, c.end);
+        test::setXyz(expected.secondPoint, expectedEnd.data());
         float end[3];
-        EXPECT_EQ(slTouchCurTransCoord(&line, c.mode, nullptr, start, end), 1);
-        EXPECT_TRUE(samePoint(end, c.end)) << c.mode;
-        EXPECT_EQ(bytesOf(line), bytesOf(expected)) << c.mode;
+        EXPECT_EQ(slTouchCurTransCoord(&line, mode, nullptr, start, end), 1);
+        EXPECT_TRUE(samePoint(end, expectedEnd.data())) << mode;
+        EXPECT_EQ(bytesOf(line), bytesOf(expected)) << mode;
     }
     // Long or short is judged before the move, here to where floats are coarser.
     TouchCurD line = makeLine({0, 0, 0, 0, 0}, {SL_ZERO, 0, 0, 0, 0});

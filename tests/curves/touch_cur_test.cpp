@@ -1,6 +1,7 @@
 // The curve record: its ends, its moves, and its stream form.
 #include "trunnion/curves/touch_cur.h"
 
+#include <array>
 #include <cmath>
 #include <string>
 #include <tuple>
@@ -18,8 +19,7 @@ namespace {
 using namespace test;
 
 const float P[] = {21, 22, 23};
-constexpr int CCW = CUR_DIR_CCW;
-constexpr int CW = CUR_DIR_CW;
+constexpr int CCW = CUR_DIR_CCW, CW = CUR_DIR_CW;
 
 TEST(TouchCur, IsAvailableAboveTheMarker) {
     TouchCurD curve = sentinelCurve(SL_DELETED_INT + 1);
@@ -157,36 +157,35 @@ TEST(TouchCur, MirrorsItsEndsInACoordinatePlane) {
 // direction behind it and left alone; in the next three one rises by a turn; in the last both do.
 TEST(TouchCur, MirrorsTheAnglesOfAnArcAndPutsThemInOrder) {
     const float turn = SL_TWO_PI, half = SL_PI;
-    const struct {
-        int plane, direction;
-        float from[2], to[2];
-    } cases[] = {{1, CCW, {1, 2}, {turn - 1, turn - 2}},
-                 {1, CW, {2, 1}, {turn - 2, turn - 1}},
-                 {0, CCW, {1, 2}, {half - 1, half - 2}},
-                 {2, CW, {2, 1}, {half - 2, half - 1}},
-                 {1, CCW, {1, 1}, {turn - 1, turn - 1}},
-                 {1, CW, {turn, turn}, {0, 0}},
-                 {1, CCW, {2, 1}, {2 * turn - 2, turn - 1}},
-                 {1, CW, {1, 2}, {turn - 1, 2 * turn - 2}},
-                 {0, CCW, {3, 4}, {half - 3 + turn, 3 * half - 4}},
-                 {1, CCW, {6, 7}, {2 * turn - 6, 2 * turn - 7}}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message() << c.plane << " " << c.from[0] << " " << c.from[1]);
-        TouchCurD arc = sentinelCurve(CUR_ARC, c.direction);
-        arc.firstAngle = c.from[0];
-        arc.secondAngle = c.from[1];
-        const int axis = c.plane == 0 ? 2 : c.plane - 1;
+    using Angles = std::array<float, 2>;
+    const std::tuple<int, int, Angles, Angles> cases[] = {
+        {1, CCW, {1, 2}, {turn - 1, turn - 2}},
+        {1, CW, {2, 1}, {turn - 2, turn - 1}},
+        {0, CCW, {1, 2}, {half - 1, half - 2}},
+        {2, CW, {2, 1}, {half - 2, half - 1}},
+        {1, CCW, {1, 1}, {turn - 1, turn - 1}},
+        {1, CW, {turn, turn}, {0, 0}},
+        {1, CCW, {2, 1}, {2 * turn - 2, turn - 1}},
+        {1, CW, {1, 2}, {turn - 1, 2 * turn - 2}},
+        {0, CCW, {3, 4}, {half - 3 + turn, 3 * half - 4}},
+        {1, CCW, {6, 7}, {2 * turn - 6, 2 * turn - 7}}};
+    for (const auto &[plane, direction, from, to] : cases) {
+        SCOPED_TRACE(testing::Message() << plane << " " << from[0] << " " << from[1]);
+        TouchCurD arc = sentinelCurve(CUR_ARC, direction);
+        arc.firstAngle = from[0];
+        arc.secondAngle = from[1];
+        const int axis = plane == 0 ? 2 : plane - 1;
         const float before = arc.centre[axis];
-        arc.MirrorM(nullptr, c.plane);
+        arc.MirrorM(nullptr, plane);
         EXPECT_EQ(arc.centre[axis], -before);
-        EXPECT_EQ(arc.direction, CCW + CW - c.direction);
-        EXPECT_NEAR(arc.firstAngle, c.to[0], 2e-6F);
-        EXPECT_NEAR(arc.secondAngle, c.to[1], 2e-6F);
-        arc.MirrorM(nullptr, c.plane); // twice is nothing, but for turns
+        EXPECT_EQ(arc.direction, CCW + CW - direction);
+        EXPECT_NEAR(arc.firstAngle, to[0], 2e-6F);
+        EXPECT_NEAR(arc.secondAngle, to[1], 2e-6F);
+        arc.MirrorM(nullptr, plane); // twice is nothing, but for turns
         EXPECT_EQ(arc.centre[axis], before);
-        EXPECT_EQ(arc.direction, c.direction);
-        EXPECT_NEAR(std::cos(arc.firstAngle), std::cos(c.from[0]), 2e-6F);
-        EXPECT_NEAR(std::sin(arc.secondAngle), std::sin(c.from[1]), 2e-6F);
+        EXPECT_EQ(arc.direction, direction);
+        EXPECT_NEAR(std::cos(arc.firstAngle), std::cos(from[0]), 2e-6F);
+        EXPECT_NEAR(std::sin(arc.secondAngle), std::sin(from[1]), 2e-6F);
     }
 }
 

@@ -20,8 +20,7 @@ namespace {
 using Pair = std::array<float, 2>;
 using Outline = std::vector<Pair>;
 
-const Point O = {0, 0, 0};
-const Point UP = {0, 0, 1};
+const Point O = {0, 0, 0}, UP = {0, 0, 1};
 
 const float (*pairs(const void *list))[2] {
     return static_cast<const float(*)[2]>(list);

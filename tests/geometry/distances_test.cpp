@@ -123,8 +123,7 @@ TEST(NearestPair, IsTheFirstOfTheClosestInListedOrder) {
     EXPECT_TRUE(out[0][0] == SENTINEL && out[1][0] == SENTINEL);
 }
 
-const Triple A = {0, 5, 0};
-const Triple ELSEWHERE = {3, 5, -7};
+const Triple A = {0, 5, 0}, ELSEWHERE = {3, 5, -7};
 
 // The case again with x and z reversed, which changes nothing but signs.
 Triple turned(const Triple &p) {

@@ -9,10 +9,7 @@ using namespace test;
 
 namespace {
 
-const Point O = {0, 0, 0};
-const Point X = {1, 0, 0};
-const Point Y = {0, 1, 0};
-const Point Z = {0, 0, 1};
+const Point O = {0, 0, 0}, X = {1, 0, 0}, Y = {0, 1, 0}, Z = {0, 0, 1};
 
 // With a radius or distance of this length and one of about SL_ZERO all sums and the root are
 // exact.

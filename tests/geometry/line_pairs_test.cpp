@@ -30,9 +30,7 @@ Answer measure(Function function, const Pair &l) {
     return answer;
 }
 
-const Triple O = {0, 0, 0};
-const Triple X = {1, 0, 0};
-const Triple UP = {0, 0, 1};
+const Triple O = {0, 0, 0}, X = {1, 0, 0}, UP = {0, 0, 1};
 const Triple UNTOUCHED = {SENTINEL, SENTINEL, SENTINEL};
 constexpr Answer NO_FEET = {SL_BIG, SL_BIG, SL_BIG};
 

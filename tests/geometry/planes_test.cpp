@@ -12,8 +12,7 @@ using namespace test;
 
 namespace {
 
-const Triple O = {0, 0, 0};
-const Triple UNTOUCHED = {SENTINEL, SENTINEL, SENTINEL};
+const Triple O = {0, 0, 0}, UNTOUCHED = {SENTINEL, SENTINEL, SENTINEL};
 
 Triple triple(const float *p) {
     return {p[0], p[1], p[2]};

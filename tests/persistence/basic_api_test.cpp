@@ -17,9 +17,7 @@ using test::thrown;
 
 namespace {
 
-char writing[] = "wb";
-char reading[] = "rb";
-char text[] = "w";
+char writing[] = "wb", reading[] = "rb", text[] = "w";
 
 // Saves the values in a data file.
 void write(const char *path, const std::function<void()> &values) {

@@ -20,8 +20,7 @@ namespace {
 using namespace std::string_literals;
 
 constexpr std::size_t headSize = 12;
-constexpr unsigned clearCode = 256;
-constexpr unsigned endCode = 257;
+constexpr unsigned clearCode = 256, endCode = 257;
 
 std::string encoded(const std::string &text) {
     std::string source = text; // the operation takes bytes that it could change
