@@ -6,6 +6,7 @@
 #include <SDL_stdinc.h>
 
 #include "handlers.h"
+#include "trunnion/platform/display_text.h"
 #include "trunnion/platform/framework.h"
 #include "trunnion/platform/system.h"
 
@@ -36,20 +37,6 @@ bool convert(const std::string &text, const char *from, std::string &converted) 
            result != SDL_ICONV_EINVAL;
 }
 
-// The library's texts are GBK; a file name behind one comes from the system and may be UTF-8
-// already. What is neither is shown as it is.
-std::string displayText(const std::string &text) {
-    std::string shown;
-    if (convert(text, "UTF-8", shown)) {
-        return shown;
-    }
-    const std::size_t split = text.find(": ");
-    if (split != std::string::npos) {
-        return displayText(text.substr(0, split)) + ": " + displayText(text.substr(split + 2));
-    }
-    return convert(text, "GBK", shown) ? shown : text;
-}
-
 Uint32 boxKind(unsigned int type) {
     switch (type & iconMask) {
     case iconError:
@@ -71,7 +58,7 @@ std::string &messageBoxTitle() {
 }
 
 int showMessageBox(const char *text, unsigned int type) {
-    const std::string shown = displayText(text);
+    const std::string shown = displayText(text, convert);
     if (SDL_ShowSimpleMessageBox(boxKind(type), messageBoxTitle().c_str(), shown.c_str(),
                                  nullptr) == 0) {
         return buttonOk;

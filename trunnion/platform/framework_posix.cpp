@@ -2,6 +2,7 @@
 // at a desktop (one of the common dialog programs, if it is installed and reaches a display), to a
 // person at a terminal, or to standard error. The first two wait for an answer; where there is no
 // person nothing waits.
+#include "trunnion/platform/display_text.h"
 #include "trunnion/platform/framework.h"
 #include "trunnion/platform/system.h"
 
@@ -41,20 +42,6 @@ bool convert(const std::string &text, const char *from, std::string &converted) 
     iconv_close(conversion);
     converted.resize(converted.size() - outLeft);
     return whole;
-}
-
-// The library's texts are GBK; a file name behind one comes from the system and may be UTF-8
-// already. What is neither is shown as it is.
-std::string displayText(const std::string &text) {
-    std::string shown;
-    if (convert(text, "UTF-8", shown)) {
-        return shown;
-    }
-    const std::size_t split = text.find(": ");
-    if (split != std::string::npos) {
-        return displayText(text.substr(0, split)) + ": " + displayText(text.substr(split + 2));
-    }
-    return convert(text, "GBK", shown) ? shown : text;
 }
 
 // Runs a program and waits for it. False if it could not be run or did not end with success.
@@ -113,7 +100,7 @@ int AfxMessageBox(const char *text, unsigned int type, unsigned int /*help*/) {
     if (auto *handler = messageBoxHandler.load()) {
         return handler(text, type);
     }
-    const std::string shown = displayText(text);
+    const std::string shown = trunnion::detail::displayText(text, convert);
     if (!askAtDesktop(shown) && !askAtTerminal(shown)) {
         std::fprintf(stderr, "%s\n", shown.c_str());
     }
