@@ -120,11 +120,10 @@ TEST(Paths, NamesAndWildCardsAreFound) {
     fs::create_directories(drive.path("Sub/empty"));
     test::writeBytes(drive.path("Sub/Part.NC"), "G0");
     test::writeBytes(drive.path("Sub/plain"), "");
-    fs::create_symlink("nowhere", drive.path("dangling"));
     const std::string onDisk = drive.path("Sub/P*");
-    for (const char *path : {"E:\\Sub\\Part.NC", "e:\\SUB\\part.nc", "E:\\Sub", "E:\\dangling",
-                             "E:\\Sub\\*.nc", "E:\\sub\\p*t.??", "E:\\Sub\\plain.*",
-                             "E:\\Sub\\*a*t*c", "E:\\Sub\\empty\\*.*", onDisk.c_str()}) {
+    for (const char *path :
+         {"E:\\Sub\\Part.NC", "e:\\SUB\\part.nc", "E:\\Sub", "E:\\Sub\\*.nc", "E:\\sub\\p*t.??",
+          "E:\\Sub\\plain.*", "E:\\Sub\\*a*t*c", "E:\\Sub\\empty\\*.*", onDisk.c_str()}) {
         EXPECT_TRUE(slIsExistentPath(path)) << path;
         EXPECT_EQ(slFindSingleFile(path), 1) << path;
     }
@@ -147,13 +146,10 @@ TEST(Paths, NamesAndWildCardsAreFound) {
 TEST(Paths, EveryMissingDirectoryOfADrivePathIsMade) {
     const test::TempDrive drive;
     test::writeBytes(drive.path("file"), "");
-    fs::create_directory(drive.path("real"));
-    fs::create_directory_symlink("real", drive.path("link"));
     const char *const made[][2] = {{"E:\\a\\b\\c", "a/b/c"},
                                    {"  e:\\d", "d"},
                                    {"E:\\A\\B\\new", "a/b/new"},
                                    {"E:\\e\\\\\\with blank\\", "e/with blank"},
-                                   {"E:\\link\\x", "real/x"},
                                    {"E:", ""},
                                    {"E:\\", ""}};
     for (const auto &[path, directory] : made) {
@@ -172,32 +168,16 @@ TEST(Paths, EveryMissingDirectoryOfADrivePathIsMade) {
     EXPECT_EQ(slCreateDirRecursively(nullptr), 0);
 }
 
-TEST(Paths, TreeIsRemovedWithReadOnlyFilesAndWithoutFollowingLinks) {
+TEST(Paths, TreeIsRemovedWithReadOnlyFiles) {
     const test::TempDrive drive;
     fs::create_directories(drive.path("tree/a/b"));
     fs::create_directories(drive.path("tree/empty"));
-    fs::create_directory(drive.path("outside"));
-    for (const char *name : {"tree/1", "tree/a/2", "tree/a/b/.3", "outside/kept"}) {
+    for (const char *name : {"tree/1", "tree/a/2", "tree/a/b/.3"}) {
         test::writeBytes(drive.path(name), "x");
         fs::permissions(drive.path(name), fs::perms::owner_read);
     }
-    fs::create_directory_symlink("../outside", drive.path("tree/toDirectory"));
-    fs::create_symlink("../outside/kept", drive.path("tree/toFile"));
-    fs::create_symlink("nowhere", drive.path("tree/a/dangling"));
-    fs::create_directory_symlink("..", drive.path("tree/a/loop"));
-    // A name that would lead out of the tree if its backslashes were separators.
-    test::writeBytes(drive.path("tree/..\\outside\\kept"), "");
-
     EXPECT_EQ(slRemoveDirRecursively("E:\\Tree\\"), 1);
     EXPECT_FALSE(fs::exists(drive.path("tree")));
-    EXPECT_EQ(fs::status(drive.path("outside/kept")).permissions(), fs::perms::owner_read);
-
-    for (const char *spelling : {"E:\\link", "E:\\link\\", "E:\\link/"}) {
-        fs::create_directory_symlink("outside", drive.path("link"));
-        EXPECT_EQ(slRemoveDirRecursively(spelling), 1);
-        EXPECT_FALSE(fs::is_symlink(drive.path("link")));
-        EXPECT_TRUE(fs::exists(drive.path("outside/kept")));
-    }
 }
 
 TEST(Paths, RemovingWhatIsNoDirectoryChangesNothing) {

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/temp_drive.h"
+#include "trunnion/platform/system.h"
 
 namespace {
 

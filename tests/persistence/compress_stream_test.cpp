@@ -37,7 +37,8 @@ protected:
     }
     // Makes `stream` read `bytes`.
     void open(TqCompressIOCL &stream, const std::string &bytes) {
-        std::filesystem::remove(path);
+        std::error_code stillOpen;
+        std::filesystem::remove(path, stillOpen);
         test::writeBytes(path, bytes);
         stream.OpenM(path.c_str(), "rb");
     }

@@ -38,7 +38,8 @@ protected:
     }
     // Makes `stream` read `bytes`.
     void open(TqIOCL &stream, const std::string &bytes, const char *mode = "r") {
-        std::filesystem::remove(path); // replacing a file's content waits for the disk
+        std::error_code stillOpen;
+        std::filesystem::remove(path, stillOpen); // replacing a file's content waits for the disk
         test::writeBytes(path, bytes);
         stream.OpenM(path.c_str(), mode);
     }

@@ -1,4 +1,4 @@
-// Ini files and special folders.
+// Values of ini files.
 #include "trunnion/platform/settings.h"
 
 #include <gtest/gtest.h>
@@ -34,35 +34,13 @@ TEST(Settings, IniValueIsFoundAsTheFormatAllows) {
         {"last", "key", "at the end"},
         {"Main", "late", "default"}, // only the first section of a name counts
         {"Main", "no entry", "default"},
-        {"Main", ";key", "default"},
         {"Mai", "key", "default"},
-        {"open", "key", "default"},
-        {"", "key", "default"}};
+        {"open", "key", "default"}};
     for (const auto &[section, key, value] : cases) {
         EXPECT_EQ(iniValue(section, key, "default", "E:\\a.ini"), value) << section << " " << key;
     }
     EXPECT_EQ(iniValue("Main", "key", "default", "E:\\missing.ini"), "default");
     EXPECT_EQ(iniValue("Main", "key", "default", "E:\\"), "default");
-}
-
-TEST(Settings, BareFileNameIsLookedUpInTheWindowsDirectory) {
-    const test::TempDrive drive;
-    trunnion::SetWindowsDirectory("E:\\");
-    test::writeBytes(drive.path("a.ini"), "[s]\nk=" + std::string(300, 'v'));
-    EXPECT_EQ(iniValue("s", "k", "", "A.INI"), std::string(259, 'v'));
-    EXPECT_EQ(iniValue("s", "k", "d", ".\\a.ini"), "d");
-    trunnion::SetWindowsDirectory(nullptr);
-    EXPECT_EQ(iniValue("s", "k", "d", "a.ini"), "d");
-}
-
-TEST(Settings, FoldersAreDrivePathsAlsoByDefault) {
-    trunnion::SetDocumentsDirectory("E:\\docs\\/");
-    EXPECT_EQ(trunnion::detail::documentsDirectory(), "E:\\docs");
-    trunnion::SetDocumentsDirectory(nullptr);
-    const std::string documents = trunnion::detail::documentsDirectory();
-    EXPECT_TRUE(documents.starts_with("C:\\") && documents.ends_with("\\Documents")) << documents;
-    EXPECT_EQ(documents.find('/'), std::string::npos);
-    EXPECT_EQ(trunnion::detail::windowsDirectory(), "C:\\etc");
 }
 
 } // namespace

@@ -30,7 +30,10 @@ public:
     // Path of `name` in this directory; nothing is made.
     std::string path(const std::string &name) const { return (directory / name).string(); }
 
-private:
+protected:
+    // Stands for a directory that is there already.
+    explicit TempDir(const char *existing) : directory(existing) {}
+
     std::filesystem::path directory;
 };
 

@@ -2,14 +2,16 @@
 #pragma once
 
 #include "tests/support/temp_dir.h"
-#include "trunnion/platform/system.h"
 
 namespace test {
 
+// On a system that has drives of its own, E must be there and empty; it is emptied again.
 class TempDrive : public TempDir {
 public:
-    TempDrive() { trunnion::MapDrive('E', path("").c_str()); }
-    ~TempDrive() { trunnion::MapDrive('E', nullptr); }
+    TempDrive();
+    ~TempDrive();
+    TempDrive(const TempDrive &) = delete;
+    TempDrive &operator=(const TempDrive &) = delete;
 };
 
 } // namespace test

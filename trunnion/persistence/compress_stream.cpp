@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -100,13 +101,12 @@ void TqCompressIOCL::readM(int withVersion) {
         TqIOCL::InputDM(&version);
         versionNum = version;
     }
-    std::fpos_t start;
-    const bool canReturn = std::fgetpos(file, &start) == 0;
+    const std::int64_t start = filePosition(file);
     try {
         readBlock();
     } catch (...) {
-        if (canReturn) {
-            std::fsetpos(file, &start);
+        if (start >= 0) {
+            seekFile(file, start, SEEK_SET);
         }
         throw;
     }
@@ -166,8 +166,8 @@ long long TqCompressIOCL::remainingM() {
 }
 
 long long TqCompressIOCL::countLaterBytes() {
-    std::fpos_t start;
-    if (std::fgetpos(fileDescript, &start) != 0) {
+    const std::int64_t start = filePosition(fileDescript);
+    if (start < 0) {
         return LLONG_MAX / 2; // as much as the system cannot tell
     }
     long long count = 0;
@@ -181,12 +181,12 @@ long long TqCompressIOCL::countLaterBytes() {
         }
         const LzwHead head = readLzwHead(bytes);
         if (length < 0 || !isPossibleLzwHead(head, static_cast<std::uint32_t>(length)) ||
-            std::fseek(fileDescript, length - static_cast<int>(lzwHeadSize), SEEK_CUR) != 0) {
+            !seekFile(fileDescript, length - static_cast<int>(lzwHeadSize), SEEK_CUR)) {
             break;
         }
         count += head.decodedLength;
     }
-    std::fsetpos(fileDescript, &start);
+    seekFile(fileDescript, start, SEEK_SET);
     return count;
 }
 

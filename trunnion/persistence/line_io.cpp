@@ -13,7 +13,7 @@ int scan(std::FILE *file, const char *format, Values *...values) {
 
 template <class... Values>
 int print(std::FILE *file, const char *format, Values... values) {
-    return std::fprintf(file, format, values...) >= 0 ? 1 : 0;
+    return trunnion::detail::printTo(file, format, values...) >= 0 ? 1 : 0;
 }
 
 } // namespace

@@ -101,12 +101,12 @@ int TqIOCL::TellM() {
     if (fileDescript == nullptr) {
         return 0;
     }
-    return static_cast<int>(std::min<long>(std::ftell(fileDescript), INT_MAX));
+    return static_cast<int>(std::min<std::int64_t>(filePosition(fileDescript), INT_MAX));
 }
 
 void TqIOCL::SeekM(int offset, int origin) {
     if (fileDescript != nullptr) {
-        std::fseek(fileDescript, offset, origin);
+        seekFile(fileDescript, offset, origin);
     }
 }
 
@@ -122,7 +122,7 @@ int TqIOCL::EofM() {
     }
     // A length of INT_MAX may stand for a longer file.
     const bool atEnd =
-        fileLength < INT_MAX ? std::ftell(fileDescript) >= fileLength : TqIOCL::remainingM() <= 0;
+        fileLength < INT_MAX ? filePosition(fileDescript) >= fileLength : TqIOCL::remainingM() <= 0;
     return atEnd ? 1 : 0;
 }
 

@@ -39,6 +39,11 @@ bool isDots(const char *name) {
     return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
 }
 
+bool isDirectory(const char *path) {
+    const DWORD attributes = GetFileAttributesA(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
 } // namespace
 
 Found findName(const char *path) {
@@ -51,13 +56,16 @@ Found findName(const char *path) {
 
 bool listDirectory(const char *path, std::vector<DirectoryEntry> &entries) {
     entries.clear();
+    if (!isDirectory(path)) {
+        return false; // an empty path or a pattern must not list the current directory
+    }
     std::string prefix = path;
     if (!prefix.empty() && std::strchr("\\/:", prefix.back()) == nullptr) {
         prefix += '\\';
     }
     Search search(prefix + '*');
     if (!search.hasFound()) {
-        return false;
+        return GetLastError() == ERROR_FILE_NOT_FOUND; // the root of an empty drive
     }
     do {
         if (!isDots(search.name())) {

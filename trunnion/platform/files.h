@@ -25,6 +25,14 @@ std::FILE *openFile(const char *path, const char *mode);
 // pipe, a terminal). Does not move the position.
 std::int64_t remainingBytes(std::FILE *file);
 
+// ftell and fseek for files of any length. A position below 0 is one that the system cannot tell; a
+// move forgets that the end was met, and is false if it is refused.
+std::int64_t filePosition(std::FILE *file);
+bool seekFile(std::FILE *file, std::int64_t offset, int origin);
+
+// fprintf, which on every system tells by a result below 0 that it could not hand the text over.
+int printTo(std::FILE *file, const char *format, ...);
+
 // fgetc without the lock that a file takes in a program with threads: a file belongs to one thread
 // at a time, and the readers of text ask for every single character.
 int nextByte(std::FILE *file);

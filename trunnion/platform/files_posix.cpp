@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdarg>
 #include <cstring>
 #include <memory>
 
@@ -99,6 +100,22 @@ std::int64_t remainingBytes(std::FILE *file) {
         return INT64_MAX;
     }
     return std::max<std::int64_t>(0, info.st_size - position);
+}
+
+std::int64_t filePosition(std::FILE *file) {
+    return ftello(file);
+}
+
+bool seekFile(std::FILE *file, std::int64_t offset, int origin) {
+    return fseeko(file, offset, origin) == 0;
+}
+
+int printTo(std::FILE *file, const char *format, ...) {
+    std::va_list values;
+    va_start(values, format);
+    const int printed = std::vfprintf(file, format, values);
+    va_end(values);
+    return printed;
 }
 
 int nextByte(std::FILE *file) {

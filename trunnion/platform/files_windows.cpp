@@ -3,6 +3,8 @@
 #include "trunnion/platform/files.h"
 #include "trunnion/platform/system.h"
 
+#include <algorithm>
+#include <cstdarg>
 #include <cstring>
 
 #include <io.h>
@@ -33,10 +35,39 @@ std::int64_t remainingBytes(std::FILE *file) {
     }
     const std::int64_t position = _ftelli64(file);
     const std::int64_t length = _filelengthi64(_fileno(file));
-    if (position < 0 || length < 0) {
+    if (length < 0) {
         return INT64_MAX;
     }
-    return length > position ? length - position : 0;
+    const bool hasShrunk = position < 0; // below what is buffered of it
+    return hasShrunk ? 0 : std::max<std::int64_t>(0, length - position);
+}
+
+std::int64_t filePosition(std::FILE *file) {
+    return _ftelli64(file);
+}
+
+bool seekFile(std::FILE *file, std::int64_t offset, int origin) {
+    if (_fseeki64(file, offset, origin) != 0) {
+        return false;
+    }
+    std::clearerr(file); // not every C library there does so by itself
+    return true;
+}
+
+// The C library's own fprintf reports the length of a text that it could not write.
+int printTo(std::FILE *file, const char *format, ...) {
+    std::va_list values;
+    va_start(values, format);
+    std::va_list again;
+    va_copy(again, values);
+    const int length = std::vsnprintf(nullptr, 0, format, values);
+    va_end(values);
+    std::string text(static_cast<std::size_t>(std::max(length, 0)) + 1, '\0');
+    std::vsnprintf(text.data(), text.size(), format, again);
+    va_end(again);
+    text.pop_back();
+    return length >= 0 && std::fwrite(text.data(), 1, text.size(), file) == text.size() ? length
+                                                                                        : -1;
 }
 
 int nextByte(std::FILE *file) {

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdio>
 
+#include "trunnion/platform/files.h"
+
 namespace trunnion::detail {
 
 // The scanners skip leading white space and take the longest number, as scanf does, and leave what
@@ -51,7 +53,7 @@ public:
     template <class... Values>
     void formatted(const char *format, Values... values) {
         flush();
-        failed |= std::fprintf(file, format, values...) < 0;
+        failed |= printTo(file, format, values...) < 0;
     }
     // Hands over what is left. False if any value could not be written; whether the new line could
     // is not asked.
