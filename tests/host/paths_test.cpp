@@ -133,10 +133,9 @@ TEST(Paths, NamesAndWildCardsAreFound) {
         EXPECT_FALSE(slIsExistentPath(path)) << path;
         EXPECT_EQ(slFindSingleFile(path), 0) << path;
     }
-    for (const char *path : {"E:\\", "E:\\Sub\\"}) {
-        EXPECT_FALSE(slIsExistentPath(path)) << "a separator at the end";
-        EXPECT_EQ(slFindSingleFile(path), 1) << "but one is dropped here";
-    }
+    EXPECT_FALSE(slIsExistentPath("E:\\")) << "a drive is no name in a directory";
+    EXPECT_FALSE(slIsExistentPath("E:\\Sub\\")) << "a separator at the end";
+    EXPECT_EQ(slFindSingleFile("E:\\Sub\\"), 1) << "but one is dropped here";
     EXPECT_FALSE(slIsExistentPath(nullptr));
     const std::string longWay = "E:" + std::string(254, '\\') + "Sub"; // 259 bytes
     EXPECT_EQ(slFindSingleFile(longWay.c_str()), 1);

@@ -80,11 +80,12 @@ bool makeComponents(std::string_view path, std::size_t done) {
     return true;
 }
 
-// Behind a separator the system would look through a link.
+// Behind a separator the system would look through a link; but a drive keeps one, for without it
+// some systems take it for the current directory of the drive.
 std::string withoutTrailingSeparators(const char *path) {
     std::string text = path != nullptr ? path : "";
     text.erase(text.find_last_not_of("\\/") + 1);
-    return text;
+    return text.ends_with(':') ? text + '\\' : text;
 }
 
 // The files below `dir` in the order of the file system, and the directories, each behind all that
@@ -221,7 +222,7 @@ int slCreateDirRecursively(const char *path) {
 
 int slRemoveDirRecursively(const char *path) {
     const std::string root = withoutTrailingSeparators(path);
-    if (trunnion::detail::isSystemRoot(root.c_str())) {
+    if (root.empty() || trunnion::detail::isSystemRoot(root.c_str())) {
         return 1;
     }
     if (trunnion::detail::isLink(root.c_str())) {

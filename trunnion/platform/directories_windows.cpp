@@ -60,7 +60,7 @@ bool listDirectory(const char *path, std::vector<DirectoryEntry> &entries) {
         return false; // an empty path or a pattern must not list the current directory
     }
     std::string prefix = path;
-    if (!prefix.empty() && std::strchr("\\/:", prefix.back()) == nullptr) {
+    if (std::strchr("\\/", prefix.back()) == nullptr) {
         prefix += '\\';
     }
     Search search(prefix + '*');
