@@ -7,21 +7,13 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/nodes.h"
 #include "trunnion/geometry/scalars.h"
 
+using test::nodesAt;
+using test::Vector;
+
 namespace {
-
-using Vector = std::array<float, 3>;
-
-NodeArr nodesAt(const std::vector<Vector> &points) {
-    NodeArr nodes;
-    for (Vector point : points) {
-        NodeCL node(31);
-        node.SetPntM(point.data());
-        nodes.AddItemM(node);
-    }
-    return nodes;
-}
 
 Vector pointOf(const NodeArr &nodes, int idx) {
     Vector point{};

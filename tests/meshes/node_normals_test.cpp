@@ -7,24 +7,16 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/nodes.h"
 #include "tests/support/random.h"
 #include "trunnion/geometry/scalars.h"
 #include "trunnion/meshes/quad_arr.h"
 #include "trunnion/meshes/triangle_arr.h"
 
+using test::nodesAt;
+using test::Vector;
+
 namespace {
-
-using Vector = std::array<float, 3>;
-
-NodeArr nodesAt(const std::vector<Vector> &points) {
-    NodeArr nodes;
-    for (Vector point : points) {
-        NodeCL node(31);
-        node.SetPntM(point.data());
-        nodes.AddItemM(node);
-    }
-    return nodes;
-}
 
 Vector normalOf(const NodeArr &nodes, int idx) {
     Vector normal{};
