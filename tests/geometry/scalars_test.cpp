@@ -202,8 +202,13 @@ TEST(LinearEquations, AreSolvedColumnByColumn) {
         }
         a[0] += 20.0 * size;
         b[0] += 20.0 * size * wanted[0];
+        const auto minor = [&](int p, int q) {
+            return a[p] / size * a[q + 3] - a[q] / size * a[p + 3];
+        };
+        const double determinant = minor(1, 2) * a[6] + minor(2, 0) * a[7] + minor(0, 1) * a[8];
         double x[3] = {};
         const bool isSolved = slSolveEquationGroup3(a, b, x) == 1;
+        ASSERT_TRUE(isSolved || std::fabs(determinant / size / size) < 1e-3) << determinant;
         for (int i = 0; i < 3 && isSolved; ++i) {
             ASSERT_NEAR(x[i], wanted[i], 1e-6);
         }
