@@ -12,6 +12,7 @@
 #include "trunnion/geometry/scalars.h"
 #include "trunnion/meshes/detail/node_index.h"
 #include "trunnion/meshes/triangle_arr.h"
+#include "trunnion/persistence/detail/owned.h"
 
 using trunnion::detail::dot;
 using trunnion::detail::enterNode;
@@ -133,13 +134,14 @@ void NodeArr::MergeNodesM(IntArr *indexes, int first, int last, TriangleArr *tri
 // Ascending order makes the renumbering safe: a new number is below the old one, and whoever had it
 // has been renumbered before or was deleted.
 void NodeArr::PurgeDeletedNodes(IntArr *indexes, TriangleArr *triangles) {
-    indexes->PurgeDeletedItemM();
-    IntArr newNumbers(bound);
+    const auto newNumbers = trunnion::detail::allocateOwned<int[]>(
+        static_cast<std::size_t>(bound) * sizeof(int)); // before anything changes: it may throw
     int target = 0;
     for (int i = 0; i < bound; ++i) {
-        newNumbers.AddItemM(isLive(items()[i]) ? target++ : i);
+        newNumbers[i] = isLive(items()[i]) ? target++ : i;
     }
-    triangles->changeNodes(newNumbers);
+    indexes->PurgeDeletedItemM();
+    triangles->changeNodes(newNumbers.get(), bound);
     for (int position = 0; position < indexes->GetBoundM(); ++position) {
         int &node = (*indexes)[position];
         if (holdsSlot(node)) {

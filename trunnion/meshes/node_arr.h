@@ -107,7 +107,8 @@ public:
     // entries are deleted. Positions outside the list, and first at or past last, change nothing.
     void MergeNodesM(IntArr *indexes, int first, int last, TriangleArr *triangles);
     // Closes the gaps of this list and of `indexes`, keeping the order, and renumbers the nodes in
-    // `indexes` (its first entry of each) and in `triangles`.
+    // `indexes` (its first entry of each) and in `triangles`. CMemoryException * is thrown, with
+    // nothing changed, where the new numbers find no memory.
     void PurgeDeletedNodes(IntArr *indexes, TriangleArr *triangles);
 
     // Normals. A grid is a list of `rows` rows of `columns` nodes each, row by row.

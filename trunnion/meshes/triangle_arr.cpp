@@ -95,14 +95,14 @@ void TriangleArr::ChangeNodeIdxM(int oldNode, int newNode) {
     }
 }
 
-void TriangleArr::changeNodes(const IntArr &newNumbers) {
+void TriangleArr::changeNodes(const int *newNumbers, int count) {
     // A triangle meets the steps that name its nodes whatever happens to the others, with one
     // exception: the last one leaves the list when it is deleted, the next one is then the last,
     // and only steps behind that one find it so.
     bool isLast = true;
     int leftAt = -1;
     for (int i = bound - 1; i >= 0; --i) {
-        const int step = changeNodesOf(i, newNumbers, isLast ? leftAt : INT_MAX);
+        const int step = changeNodesOf(i, newNumbers, count, isLast ? leftAt : INT_MAX);
         isLast = isLast && step >= 0;
         if (isLast) {
             bound = i;
@@ -111,18 +111,17 @@ void TriangleArr::changeNodes(const IntArr &newNumbers) {
     }
 }
 
-int TriangleArr::changeNodesOf(int idx, const IntArr &newNumbers, int lastSince) {
+int TriangleArr::changeNodesOf(int idx, const int *newNumbers, int count, int lastSince) {
     TriangleCL &triangle = changedItems()[idx];
     int steps[3];
     triangle.GetTriangleM(steps);
     std::sort(steps, steps + 3);
     const int *end = std::unique(steps, steps + 3); // a step changes one position
     for (const int *step = steps; step != end; ++step) {
-        const int *newNumber = newNumbers.GetItemPM(*step);
-        if (newNumber == nullptr || *newNumber == *step) {
+        if (*step < 0 || *step >= count || newNumbers[*step] == *step) {
             continue;
         }
-        triangle.replaceNode(*step, *newNumber);
+        triangle.replaceNode(*step, newNumbers[*step]);
         if (!triangle.isDegenerate()) {
             continue;
         }

@@ -144,12 +144,12 @@ public:
 private:
     friend class NodeArr;
 
-    // ChangeNodeIdxM(i, newNumbers[i]) for every i below the map's bound whose new number is
-    // another, in ascending order, in one pass. No new number may be above the old one.
-    void changeNodes(const IntArr &newNumbers);
+    // ChangeNodeIdxM(i, newNumbers[i]) for every i below `count` whose new number is another, in
+    // ascending order, in one pass. No new number may be above the old one.
+    void changeNodes(const int *newNumbers, int count);
     // The steps of one triangle. Returns the first one above `lastSince` that deletes it, and takes
     // none behind it; -1 if there is none.
-    int changeNodesOf(int idx, const IntArr &newNumbers, int lastSince);
+    int changeNodesOf(int idx, const int *newNumbers, int count, int lastSince);
 
     trunnion::detail::MergeIndex index;
 };

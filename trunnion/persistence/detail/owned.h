@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <type_traits>
 
 #include "trunnion/platform/framework.h"
 
@@ -16,10 +17,11 @@ struct FrameworkRelease {
 template <class T>
 using Owned = std::unique_ptr<T, FrameworkRelease>;
 
-// `size` bytes for T, not cleared; CMemoryException * is thrown when the heap is exhausted.
+// `size` bytes for T, or for its elements if T is an array, not cleared; CMemoryException * is
+// thrown when the heap is exhausted.
 template <class T>
 Owned<T> allocateOwned(std::size_t size = sizeof(T)) {
-    return Owned<T>(static_cast<T *>(frameworkAllocate(size)));
+    return Owned<T>(static_cast<std::remove_extent_t<T> *>(frameworkAllocate(size)));
 }
 
 } // namespace trunnion::detail
