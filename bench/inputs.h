@@ -36,6 +36,7 @@ void measure(benchmark::State &state, double count, Action action) {
     for ([[maybe_unused]] auto _ : state) {
         action();
     }
+    state.counters["items"] = static_cast<double>(count);
     state.counters["per_item"] = benchmark::Counter(static_cast<double>(count),
                                                     benchmark::Counter::kIsIterationInvariantRate |
                                                         benchmark::Counter::kInvert);
