@@ -104,7 +104,8 @@ TEST(Int3DArr, FindsByFirstValueByWalkAndByKeyPair) {
         {{0, 2, 0}, 0, 0, 0},          {{0, 2, 0}, 20, -1, untouched},
         {{3, 0, 1}, 0, 3, 30},         {{3, 0, 1}, 9, -1, untouched},
         {{7, 1, 1}, 1, -1, untouched}, {{-1, 1, 1}, 0, -1, untouched},
-        {{0, 1, 3}, 0, -1, untouched},
+        {{0, 1, 3}, 0, -1, untouched}, {{9, -1, 0}, 60, 6, 0},
+        {{8, -2, 1}, 0, 6, 60},        {{7, -2, 1}, 0, 3, 30},
     };
     for (const auto &c : cases) {
         int other = untouched;

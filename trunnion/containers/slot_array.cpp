@@ -295,11 +295,15 @@ int Int3DArr::FindItemByValueM(const int *walk, int value, int *other) const {
     const int step = walk[1];
     const int which = walk[2];
     const int limit = step == 1 ? bound - 1 : 0;
-    if (walk[0] < 0 || walk[0] >= bound || which < 0 || which >= width) {
+    long long slot = walk[0];
+    if (slot >= bound && step < 0) {
+        // At once to the first slot of the walk that is in use.
+        slot += ((slot - bound) / -static_cast<long long>(step) + 1) * step;
+    }
+    if (slot < 0 || which < 0 || which >= width) {
         return -1;
     }
-    for (long long slot = walk[0]; slot >= 0 && slot < bound && step * slot <= limit;
-         slot += step) {
+    for (; slot >= 0 && slot < bound && step * slot <= limit; slot += step) {
         const int *held = slotAt(static_cast<int>(slot));
         if (held[which] == value) {
             *other = which == 0 ? held[1] : held[0];

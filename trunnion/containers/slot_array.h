@@ -224,8 +224,9 @@ public:
     // Scans for a value; `walk` is a start slot, a step and a value number. A step of 1 goes up to
     // the last slot, -1 down to slot 0; other steps go on while step times the slot number is at or
     // below 0. The first slot whose value number walk[2] equals `value` is the result, and `other`
-    // receives its value 1 if the number is 0 and its value 0 otherwise. -1 when there is none, for
-    // a start outside the array and for a value number outside 0 to 2. Looks at empty slots too.
+    // receives its value 1 if the number is 0 and its value 0 otherwise. A walk down may start past
+    // the last slot. -1 when there is none, for a start below 0 and for a value number outside 0 to
+    // 2. Looks at empty slots too.
     int FindItemByValueM(const int *walk, int value, int *other) const;
     // First slot whose first two values equal key[0] and key[1], empty slots too, or -1.
     int FindItemByKey2M(const int *key) const;
