@@ -335,6 +335,9 @@ TEST(IntArr, ClosedChainStartsElsewhereInEitherDirection) {
     IntArr chain = arrayOf({5, 6, 7, 8, 5});
     chain.ChangeArrangeM(2, 1);
     EXPECT_EQ(chain.GetLengthM(), 5);
+    IntArr empty(9);
+    empty.ChangeArrangeM(0, -1);
+    EXPECT_EQ(empty.GetLengthM(), 4) << "threaded anew like any other";
 }
 
 TEST(IntArr, CombiningClosesTheHolesOfTheSource) {

@@ -132,7 +132,7 @@ void IntArr::SetAllSameValueM(int value, bool all) {
 }
 
 void IntArr::ChangeArrangeM(int start, int dir) {
-    if (start < 0 || start >= bound || (start == 0 && dir == 1)) {
+    if (start < 0 || start > std::max(bound - 1, 0) || (start == 0 && dir == 1)) {
         return;
     }
     IntArr chain;
