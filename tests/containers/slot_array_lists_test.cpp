@@ -199,6 +199,23 @@ TEST(SlotLists, TagsAreNeverComparedWhateverTheirLength) {
     EXPECT_EQ(*array.GetItemPM(0), 7);
 }
 
+TEST(SlotLists, SlotsMayBeLeftOutOfATextAndStandInAnyOrder) {
+    const std::string sparse = "3, X\n9, Y\n7\n-1, Y\n-2147483647\n2, Y\n5\nE\n";
+    IntArr array;
+    EXPECT_EQ(readInto(array, sparse, false), 0);
+    const test::TempDir dir;
+    test::writeBytes(dir.path("list"), sparse);
+    std::FILE *file = std::fopen(dir.path("list").c_str(), "rb");
+    IntArr fromFile;
+    fromFile.FmInputOzkLstM(file);
+    std::fclose(file);
+    for (const IntArr &read : {array, fromFile}) {
+        EXPECT_EQ(read.GetBoundM(), 10);
+        EXPECT_EQ((liveSlots<IntArr, int>(read)),
+                  (std::vector<double>{2, 5, 0, 0, 0, 9, 7, 0, 0, 0}));
+    }
+}
+
 TEST(SlotLists, ShorterListOverALongerArrayReplacesTheCounts) {
     RealArr array = filled<RealArr, 1, float>();
     RealArr shorter;

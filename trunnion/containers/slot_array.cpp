@@ -96,12 +96,16 @@ void IntArr::FmInputOzkLstM(std::FILE *file) {
         int slot = 0;
         int value = 0;
         if (slFscanfD(file, "%d, ", &slot) != 1 || !skipTag(file) ||
-            slFscanfD(file, "%d\n", &value) != 1 || slot < 0 || slot >= count) {
+            slFscanfD(file, "%d\n", &value) != 1) {
             return;
         }
-        if (value != SL_DELETED_INT) {
-            SetItemM(value, slot);
+        if (value == SL_DELETED_INT) {
+            continue;
         }
+        if (slot < 0 || slot >= trunnion::detail::slotNumberLimit(count)) {
+            return;
+        }
+        SetItemM(value, slot);
     }
     skipTag(file);
 }

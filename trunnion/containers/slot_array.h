@@ -47,7 +47,7 @@ public:
 
     using Base::FmInputOzkLstM;
     // Reads the text form of a list from an open file. A list that breaks off, or a slot number
-    // outside the announced count, ends the reading; the array then holds what was read so far.
+    // far outside the announced count, ends the reading; the array then holds what was read so far.
     // Nothing is thrown.
     void FmInputOzkLstM(std::FILE *file);
 

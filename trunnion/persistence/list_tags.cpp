@@ -73,8 +73,8 @@ int forceAutoNewLine(TqIOCL &stream) {
     return noted;
 }
 
-void requireSlot(int slot, int count) {
-    if (slot < 0 || slot >= count) {
+void requireSlot(int slot, int limit) {
+    if (slot < 0 || slot >= limit) {
         throw readFailed;
     }
 }

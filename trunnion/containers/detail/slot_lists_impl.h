@@ -80,6 +80,13 @@ bool readAsEmpty(const typename Slots::Value *slot) {
                        });
 }
 
+// The slot numbers of a list of `count` slots lie below this. A list written by hand may leave
+// empty slots out, so that it names others behind its count; but a damaged number must not cost
+// more memory than anybody would miss.
+constexpr int slotNumberLimit(int count) {
+    return std::max(count, 65536);
+}
+
 inline int readCount(TqIOCL &stream) {
     int count = 0;
     stream.InputDM(&count);
@@ -175,10 +182,10 @@ void ListedSlots<Slots>::readIndexedText(TqIOCL &stream, int count) {
     StreamAccess::require(stream, count, 2);
     for (int i = 0; i < count; ++i) {
         const int slot = readCount(stream);
-        requireSlot(slot, count);
         Value values[Base::width];
         TextSlot<Slots>::read(stream, values);
         if (!readAsEmpty<Slots>(values)) {
+            requireSlot(slot, slotNumberLimit(count));
             this->SetItemM(Base::asArgument(values), slot);
         }
     }

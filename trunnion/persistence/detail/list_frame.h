@@ -33,8 +33,7 @@ std::string streamHeadFormat(TqIOCL &stream);
 // failure in between leaves it on: whoever catches the failure decides what becomes of the stream.
 int forceAutoNewLine(TqIOCL &stream);
 
-// Throws 107 for a slot number that is not from 0 to count - 1: no list holds a slot outside its
-// announced count.
-void requireSlot(int slot, int count);
+// Throws 107 for a slot number that is not from 0 to limit - 1.
+void requireSlot(int slot, int limit);
 
 } // namespace trunnion::detail
