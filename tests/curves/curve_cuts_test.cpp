@@ -289,13 +289,14 @@ TEST(Offset, ArcStaysConcentric) {
 }
 
 TEST(TransCoord, LineKeepsItsEndOrItsLength) {
-    const float start[] = {100, 100, 100};
+    float start[] = {100, 100, 100};
     const std::tuple<int, float, Triple> cases[] = {
         {0, 5, {6, 2, 3}},
         {54, 5, {6, 2, 3}},
         {55, 5, {105, 100, 100}},
-        {0, SL_ZERO / 2, {100, 100, 100}}, // short: a point at the new start
-        {55, SL_ZERO / 2, {100, 100, 100}}};
+        {0, SL_ZERO / 2, {100, 100, 100}},                // short: a point at the new start
+        {55, SL_ZERO / 2, {100 + SL_ZERO / 2, 100, 100}}, // its end is moved before it is judged
+        {55, 0, {100, 100, 100}}};
     for (const auto &[mode, dx, expectedEnd] : cases) {
         TouchCurD line = makeLine({1, 2, 3, 4, 5}, {1 + dx, 2, 3, 6, 7}), expected = line;
         test::setXyz(expected.firstPoint, start);
@@ -305,16 +306,18 @@ TEST(TransCoord, LineKeepsItsEndOrItsLength) {
         EXPECT_TRUE(samePoint(end, expectedEnd.data())) << mode;
         EXPECT_EQ(bytesOf(line), bytesOf(expected)) << mode;
     }
-    // Long or short is judged before the move, here to where floats are coarser.
-    TouchCurD line = makeLine({0, 0, 0, 0, 0}, {SL_ZERO, 0, 0, 0, 0});
-    float end[] = {1, 0, 0};
-    EXPECT_EQ(slTouchCurTransCoord(&line, 55, nullptr, end, end), 1) << "start and end may be one";
-    EXPECT_EQ(line.firstPoint.X(), 1.0F);
-    EXPECT_EQ(end[0], 1.0F + SL_ZERO);
+    for (const float back : {5.0F, 4.0F}) {
+        TouchCurD line = makeLine({5, 0, 0, 0, 0}, {10, 0, 0, 0, 0});
+        float end[] = {5 - back, 0, 0};
+        EXPECT_EQ(slTouchCurTransCoord(&line, 55, nullptr, end, end), 1) << "start and end in one";
+        EXPECT_EQ(line.firstPoint.X(), 5 - back);
+        EXPECT_EQ(end[0], back == 5 ? 0.0F : 6.0F) << "back to its old start: a point";
+        EXPECT_EQ(end[0], line.secondPoint.X());
+    }
 }
 
 TEST(TransCoord, ArcMovesWholeAndOtherTypesStay) {
-    const float start[] = {100, 100, 100};
+    float start[] = {100, 100, 100};
     for (int type = 153; type <= 160; ++type) {
         for (const int direction : test::DIRECTIONS) {
             TouchCurD curve = sentinelCurve(type, direction), expected = curve;

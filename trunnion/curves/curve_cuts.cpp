@@ -200,15 +200,14 @@ void offsetArc(TouchCurD &arc, float distance, const float *side) {
 }
 
 void moveLineTo(TouchCurD &line, int mode, const Vec3 &start, float *end) {
-    const bool isShort = spanOf(line) < SL_ZERO;
     if (mode == LINE_MOVES_AS_A_WHOLE) {
         const Vec3 displacement = start - load3(line.firstPoint);
         store(load3(line.secondPoint) + displacement, line.secondPoint);
     }
-    store(start, line.firstPoint);
-    if (isShort) {
+    if (spanOf(line) < SL_ZERO) {
         store(start, line.secondPoint);
     }
+    store(start, line.firstPoint);
     store(load3(line.secondPoint), end);
 }
 
@@ -252,7 +251,7 @@ int slZxIntCur(TouchCurD *curve, float x, float z, int sign, TouchCurD *out) {
 }
 
 int slTouchCurTransCoord(TouchCurD *curve, int mode, const float *const /*unused*/,
-                         const float *const start, float *const end) {
+                         float *const start, float *const end) {
     const Vec3 newStart = load3(start);
     if (curve->type == CUR_LINE) {
         moveLineTo(*curve, mode, newStart, end);

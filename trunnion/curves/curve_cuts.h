@@ -45,10 +45,11 @@ TRUNNION_API int slZxIntCur(TouchCurD *curve, float x, float z, int sign, TouchC
 // `start`.
 //
 //   1    CUR_LINE: its first point becomes `start`. With the mode LINE_MOVES_AS_A_WHOLE the second
-//        moves along, otherwise it stays. A line with |dx| + |dy| + |dz| below SL_ZERO before the
-//        move becomes the point `start`
+//        moves along, otherwise it stays. Where the second point, moved or not, then lies at the
+//        old first one (|dx| + |dy| + |dz| below SL_ZERO), the line becomes the point `start`: a
+//        point does, and also a line that moves back as a whole by just its own length
 //   1    154 to 159: moves as a whole, centre and both points, whatever the mode
 //   0    another type: stays; `end` becomes `start`
 inline constexpr int LINE_MOVES_AS_A_WHOLE = 55;
 TRUNNION_API int slTouchCurTransCoord(TouchCurD *curve, int mode, const float *const unused,
-                                      const float *const start, float *const end);
+                                      float *const start, float *const end);
