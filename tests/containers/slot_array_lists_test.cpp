@@ -216,6 +216,33 @@ TEST(SlotLists, SlotsMayBeLeftOutOfATextAndStandInAnyOrder) {
     }
 }
 
+// A stream of a host, which has its values from elsewhere than a file.
+struct HostStream : TqIOCL {
+    std::vector<int> numbers;
+    int words = 0;
+
+    int InputDM(int *value0, int *, int *, int *, int *, int *, int *, int *, int *) override {
+        *value0 = numbers.front();
+        numbers.erase(numbers.begin());
+        return 1;
+    }
+    int InputSM(char *text, int, int) override {
+        ++words;
+        *text = '\0';
+        return 1;
+    }
+};
+
+TEST(SlotLists, AStreamWithoutAFileIsReadThroughItsOwnOperations) {
+    HostStream stream;
+    stream.numbers = {2, 0, 5, 1, 7};
+    IntArr array;
+    array.FmInputOzkLstM(&stream);
+    EXPECT_EQ(array.GetBoundM(), 2);
+    EXPECT_EQ(*array.GetItemPM(1), 7);
+    EXPECT_EQ(stream.words, 1) << "the end line";
+}
+
 TEST(SlotLists, ShorterListOverALongerArrayReplacesTheCounts) {
     RealArr array = filled<RealArr, 1, float>();
     RealArr shorter;

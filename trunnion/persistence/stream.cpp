@@ -391,7 +391,12 @@ void StreamAccess::skipWord(TqIOCL &stream) {
         stream.SkipLineM();
         return;
     }
-    if (scanWord(required(stream.fileDescript, readFailed), nullptr, 0) == 0) {
+    if (stream.fileDescript == nullptr) {
+        char word[260];
+        stream.InputSM(word, -1, 1);
+        return;
+    }
+    if (scanWord(stream.fileDescript, nullptr, 0) == 0) {
         throw readFailed;
     }
     TqIOCL::Transfer::dropRestOfLine(stream);

@@ -27,7 +27,8 @@ struct StreamAccess {
 
     // What InputSM(buffer, -1, 1) does, without a buffer that could be too small: drops one word
     // and, if automatic new line is on, the rest of the line (text), or one counted string
-    // (binary). 107 if there is none.
+    // (binary). 107 if there is none. A stream of the host's own that has no file is asked itself,
+    // for a word of at most 259 characters.
     static void skipWord(TqIOCL &stream);
 };
 
