@@ -34,10 +34,12 @@ struct Largest {
 
 template <class Visit>
 void Point3DArr::forLivePoints(int start, int count, Visit visit) const {
-    int left = count < 0 ? bound : count;
-    for (int i = std::max(start, 0); i < bound && left > 0; ++i) {
-        if (IsPntAvailableM(i) == TAG_AVAILABLE) {
-            visit(i, slotAt(i));
+    const int end = bound; // a visit does not change it, which the compiler cannot know
+    int left = count < 0 ? end : count;
+    for (int i = std::max(start, 0); i < end && left > 0; ++i) {
+        const float *point = slotAt(i);
+        if (*point > SL_LIVE_REAL_LIMIT) {
+            visit(i, point);
             --left;
         }
     }
@@ -149,25 +151,30 @@ int Point3DArr::GenPlaneByLeastSquareM(const float *dir, float *normal, float *d
 }
 
 void Point3DArr::GenEquationGroupM(int u, int v, int w, double *matrix, double *rhs) const {
-    std::fill_n(matrix, 9, 0.0);
-    std::fill_n(rhs, 3, 0.0);
-    forLivePoints([=](int, const float *point) {
-        const double pu = point[u];
-        const double pv = point[v];
-        const double pw = point[w];
-        matrix[0] += pu * pu;
-        matrix[1] += pv * pu;
-        matrix[2] += pu;
-        matrix[4] += pv * pv;
-        matrix[5] += pv;
-        rhs[0] -= pu * pw;
-        rhs[1] -= pv * pw;
-        rhs[2] -= pw;
+    // Sums of their own instead of those of the caller: they stay in registers.
+    double uu = 0.0;
+    double uv = 0.0;
+    double vv = 0.0;
+    Vec3 sum{0.0, 0.0, 0.0};
+    double uw = 0.0;
+    double vw = 0.0;
+    forLivePoints([&](int, const float *point) {
+        const Vec3 p{point[u], point[v], point[w]};
+        uu += p.x * p.x;
+        uv += p.y * p.x;
+        vv += p.y * p.y;
+        uw -= p.x * p.z;
+        vw -= p.y * p.z;
+        sum.x += p.x;
+        sum.y += p.y;
+        sum.z -= p.z;
     });
-    matrix[3] = matrix[1];
-    matrix[6] = matrix[2];
-    matrix[7] = matrix[5];
-    matrix[8] = available;
+    const double equations[9] = {
+        uu, uv, sum.x, uv, vv, sum.y, sum.x, sum.y, static_cast<double>(available)};
+    std::copy_n(equations, 9, matrix);
+    rhs[0] = uw;
+    rhs[1] = vw;
+    rhs[2] = sum.z;
 }
 
 // Centre, averages, extents
