@@ -163,6 +163,56 @@ TEST(Polygon, AgreesWithItsWindingInEveryPosition) {
     EXPECT_GT(inside, 300);
 }
 
+// The count as it is described: every edge by slRightInter.
+int countEdges(const Outline &outline, const Pair &p) {
+    const std::size_t n = outline.size();
+    const auto isNear = [](float a, float b) {
+        return !(slFabs(static_cast<double>(a) - b) > SL_ZERO);
+    };
+    const bool isClosed = n > 0 && isNear(outline[0][0], outline[n - 1][0]) &&
+                          isNear(outline[0][1], outline[n - 1][1]);
+    bool isInside = false;
+    for (std::size_t i = 0; i + (isClosed ? 1 : 0) < n && n > 1; ++i) {
+        Pair crossing;
+        float t = 0;
+        const int meeting = slRightInter(p[0], p[1], outline[i].data(), outline[(i + 1) % n].data(),
+                                         crossing.data(), &t);
+        if (meeting == SL_EDGE_HOLDS_POINT) {
+            return SL_POLYGON_INSIDE;
+        }
+        const bool counts =
+            meeting == SL_EDGE_ALONG_RAY || (meeting == SL_EDGE_CROSSED && t > SL_ZERO);
+        isInside = isInside != counts;
+    }
+    return isInside ? SL_POLYGON_INSIDE : SL_POLYGON_OUTSIDE;
+}
+
+// Outlines of every length around that which is looked at together, on a grid whose lines are
+// blurred by about the tolerance, at heights where floats lie closer than that and farther apart.
+TEST(Polygon, IsJudgedAsEveryEdgeTells) {
+    test::Random random(62);
+    const float infinity = std::numeric_limits<float>::infinity();
+    for (int round = 0; round < 20000; ++round) {
+        const float height = std::array{0.0F, 0.0F, -1500.0F, 3000.0F, 3e38F}[random.integer(0, 4)];
+        const auto place = [&](float middle) {
+            const float blur = 4e-5F * static_cast<float>(random.integer(-4, 4));
+            return middle + (static_cast<float>(random.integer(-2, 2)) + blur);
+        };
+        Outline outline(static_cast<std::size_t>(random.integer(0, random.oneIn(4) ? 140 : 9)));
+        for (Pair &corner : outline) {
+            corner = {place(0), place(height)};
+            if (random.oneIn(200)) {
+                corner[random.integer(0, 1)] = random.oneIn(2) ? std::nanf("") : infinity;
+            }
+        }
+        if (!outline.empty() && random.oneIn(2)) {
+            outline.back() = outline.front();
+        }
+        const Pair p = {place(0), random.oneIn(50) ? -infinity : place(height)};
+        ASSERT_EQ(locate(outline, p), countEdges(outline, p)) << round;
+    }
+}
+
 TEST(Polygon, OfAPointListNeedsFourSlots) {
     const Pair corners[] = {{0, 0}, {4, 0}, {4, 4}, {0, 4}, {-9, 2}};
     const Pair inside = {1, 1}, beyond = {5, 1}, inTip = {-4, 2.1F};

@@ -74,8 +74,11 @@ int slIntersectLines2D(const float *p, const float *dir, const float *c, const f
     const double fraction = cross(w, direction) / den;
     *t = toFloat(along);
     *s = toFloat(fraction);
-    const bool onSegment = -SL_ZERO < fraction && fraction < SL_PAST_ONE_D;
-    return onSegment && along > -SL_ZERO ? SL_RAY_CROSSES : SL_RAY_MISSES;
+    // All three are asked, which is cheaper than a branch on any of them that goes the other way.
+    const int crosses = static_cast<int>(-SL_ZERO < fraction) &
+                        static_cast<int>(fraction < SL_PAST_ONE_D) &
+                        static_cast<int>(along > -SL_ZERO);
+    return crosses != 0 ? SL_RAY_CROSSES : SL_RAY_MISSES;
 }
 
 int slIntersecLines(const float *a, const float *dir, const float *c, const float *d, float *out,

@@ -1,13 +1,16 @@
 // Points against polygons and figures, and points that lie in one plane.
 #include <algorithm>
+#include <bit>
 #include <climits>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 #include "trunnion/containers/slot_array.h"
 #include "trunnion/geometry/containment.h"
 #include "trunnion/geometry/detail/guards.h"
+#include "trunnion/geometry/detail/height_band.h"
 #include "trunnion/geometry/detail/matrix.h"
 #include "trunnion/geometry/matrices.h"
 
@@ -27,27 +30,69 @@ int meetHorizontal(float x, float y, const float *a, const float *b) {
     return spans ? SL_EDGE_HOLDS_POINT : SL_EDGE_NOT_MET;
 }
 
+// Whether the ends of an edge lie strictly on either side of a height.
+bool spansHeight(float y, const float *a, const float *b) {
+    return (a[1] > y && b[1] < y) || (a[1] < y && b[1] > y);
+}
+
+// Where an edge that spans the height y crosses it.
+struct HeightCut {
+    double along; // parameter on the edge
+    double x;
+};
+
+HeightCut cutAtHeight(float y, const Vec2 &start, const Vec2 &edge) {
+    const double along = (y - start.y) / edge.y;
+    return {along, start.x + along * edge.x};
+}
+
 // Counts the edges that the ray from p toward +X meets.
 class RayCount {
 public:
-    explicit RayCount(const float *point) : p(point) {}
+    explicit RayCount(const float *point) : p(point), band(point[1]) {}
 
-    // False if p lies on the edge: nothing more needs to be counted.
-    bool add(const float *a, const float *b) {
-        float crossing[2];
-        float t = 0.0F;
-        const int meeting = slRightInter(p[0], p[1], a, b, crossing, &t);
-        // A crossing at the start of the edge belongs to the edge before it.
-        if (meeting == SL_EDGE_ALONG_RAY || (meeting == SL_EDGE_CROSSED && t > SL_ZERO)) {
-            isOdd = !isOdd;
+    // The edges between n points. False if p lies on one of them: nothing more needs to be counted.
+    bool add(const float (*pts)[2], int n) {
+        constexpr int mostEdges = HeightBand::mostPoints - 1;
+        int count = 0;
+        for (int first = 0; n - first > 1; first += count) {
+            count = std::min(n - first - 1, mostEdges);
+            for (std::uint64_t near = band.edgesNear(pts + first, count); near != 0;
+                 near &= near - 1) {
+                const int i = first + std::countr_zero(near);
+                if (!add(pts[i], pts[i + 1])) {
+                    return false;
+                }
+            }
         }
-        return meeting != SL_EDGE_HOLDS_POINT;
+        return true;
     }
-    int answer() const { return isOdd ? SL_POLYGON_INSIDE : SL_POLYGON_OUTSIDE; }
+
+    // One edge, judged by the rules of slRightInter.
+    bool add(const float *a, const float *b) {
+        const Vec2 start = load2(a);
+        const Vec2 edge = load2(b) - start;
+        if (belowTolerance(edge.y, SL_ZERO)) {
+            const int meeting = meetHorizontal(p[0], p[1], a, b);
+            crossings += meeting == SL_EDGE_ALONG_RAY ? 1U : 0U;
+            return meeting != SL_EDGE_HOLDS_POINT;
+        }
+        if (!spansHeight(p[1], a, b)) {
+            return true;
+        }
+        const HeightCut cut = cutAtHeight(p[1], start, edge);
+        // A crossing at the start of the edge belongs to the edge before it. Neither question is a
+        // branch: which way they go is rarely foreseen.
+        crossings += static_cast<unsigned int>(cut.x > p[0]) &
+                     static_cast<unsigned int>(toFloat(cut.along) > SL_ZERO);
+        return !belowTolerance(cut.x - p[0], SL_ZERO);
+    }
+    int answer() const { return crossings % 2 != 0 ? SL_POLYGON_INSIDE : SL_POLYGON_OUTSIDE; }
 
 private:
     const float *p;
-    bool isOdd = false;
+    HeightBand band;
+    unsigned int crossings = 0;
 };
 
 bool isClosed(const float *first, const float *last) {
@@ -112,26 +157,22 @@ int slRightInter(float x, float y, const float *a, const float *b, float *pnt, f
     if (belowTolerance(edge.y, SL_ZERO)) {
         return meetHorizontal(x, y, a, b);
     }
-    const bool spans = (a[1] > y && b[1] < y) || (a[1] < y && b[1] > y);
-    if (!spans) {
+    if (!spansHeight(y, a, b)) {
         return SL_EDGE_NOT_MET;
     }
-    const double along = (y - start.y) / edge.y;
-    const double crossing = start.x + along * edge.x;
-    *t = toFloat(along);
-    store(Vec2{crossing, y}, pnt);
-    if (belowTolerance(crossing - x, SL_ZERO)) {
+    const HeightCut cut = cutAtHeight(y, start, edge);
+    *t = toFloat(cut.along);
+    store(Vec2{cut.x, y}, pnt);
+    if (belowTolerance(cut.x - x, SL_ZERO)) {
         return SL_EDGE_HOLDS_POINT;
     }
-    return crossing > x ? SL_EDGE_CROSSED : SL_EDGE_NOT_MET;
+    return cut.x > x ? SL_EDGE_CROSSED : SL_EDGE_NOT_MET;
 }
 
 int slPointInterFaceM(const float (*pts)[2], int n, const float *p) {
     RayCount count(p);
-    for (int i = 0; i + 1 < n; ++i) {
-        if (!count.add(pts[i], pts[i + 1])) {
-            return SL_POLYGON_INSIDE;
-        }
+    if (!count.add(pts, n)) {
+        return SL_POLYGON_INSIDE;
     }
     if (n > 1 && !isClosed(pts[0], pts[n - 1]) && !count.add(pts[n - 1], pts[0])) {
         return SL_POLYGON_INSIDE;

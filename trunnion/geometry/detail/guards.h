@@ -11,12 +11,10 @@
 
 namespace trunnion::detail {
 
-// slFabs.
+// slFabs; without a branch, since which sign comes is rarely foreseen.
 inline double magnitude(double x) {
-    if (x < -SL_TINY) {
-        return -x;
-    }
-    return x > SL_TINY ? x : 0.0;
+    const double size = std::fabs(x);
+    return size > SL_TINY ? size : 0.0;
 }
 
 // slSqrt.
