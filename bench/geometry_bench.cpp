@@ -171,24 +171,6 @@ void segmentAndCircle(benchmark::State &state) {
 }
 BENCHMARK(segmentAndCircle);
 
-// 1 or 0 by the number of edges to the right of a point; -1 where a tolerance could decide: close
-// to an edge, or at the height of a vertex.
-int countInside(const std::vector<bench::PlanePoint> &polygon, const Point &p) {
-    int inside = 0;
-    for (std::size_t i = 1; i < polygon.size(); ++i) {
-        const bench::PlanePoint &a = polygon[i - 1];
-        const bench::PlanePoint &b = polygon[i];
-        const double t = (static_cast<double>(p[1]) - a[1]) / (static_cast<double>(b[1]) - a[1]);
-        const double x = a[0] + t * (static_cast<double>(b[0]) - a[0]);
-        if (bench::isNear(p[1], a[1], 2e-4) || bench::isNear(t, 0, 2e-4) ||
-            (t > 0 && t < 1 && bench::isNear(p[0], x, 2e-4))) {
-            return -1;
-        }
-        inside ^= t > 0 && t < 1 && p[0] < x ? 1 : 0;
-    }
-    return inside;
-}
-
 void pointInPolygon(benchmark::State &state) {
     const int edges = static_cast<int>(state.range(0));
     const std::vector<bench::PlanePoint> polygon = bench::starPolygon(edges);
@@ -201,7 +183,7 @@ void pointInPolygon(benchmark::State &state) {
                                  points[i].data());
     };
     checkAndMeasure(state, call, [&](std::size_t i, int result) {
-        const int inside = countInside(polygon, points[i]);
+        const int inside = bench::countInside(polygon, points[i]);
         bench::require(inside < 0 || inside == (result == SL_POLYGON_INSIDE ? 1 : 0),
                        "point in polygon");
         return inside >= 0;

@@ -90,6 +90,24 @@ inline std::vector<PlanePoint> starPolygon(int edges) {
     return polygon;
 }
 
+// 1 or 0 by the number of edges to the right of a point; -1 where a tolerance could decide: close
+// to an edge, or at the height of a vertex.
+inline int countInside(const std::vector<PlanePoint> &polygon, const Point &p) {
+    int inside = 0;
+    for (std::size_t i = 1; i < polygon.size(); ++i) {
+        const PlanePoint &a = polygon[i - 1];
+        const PlanePoint &b = polygon[i];
+        const double t = (static_cast<double>(p[1]) - a[1]) / (static_cast<double>(b[1]) - a[1]);
+        const double x = a[0] + t * (static_cast<double>(b[0]) - a[0]);
+        if (isNear(p[1], a[1], 2e-4) || isNear(t, 0, 2e-4) ||
+            (t > 0 && t < 1 && isNear(p[0], x, 2e-4))) {
+            return -1;
+        }
+        inside ^= t > 0 && t < 1 && p[0] < x ? 1 : 0;
+    }
+    return inside;
+}
+
 inline Point3DArr randomCloud(int count) {
     Random random;
     Point3DArr cloud(count);

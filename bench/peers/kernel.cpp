@@ -114,7 +114,7 @@ bool crossByEigen(const Eigen::Vector2d &p, const Eigen::Vector2d &dir, const Ei
         return false;
     }
     parameters = inverse * (c - p);
-    return parameters.x() >= 0.0 && parameters.y() >= 0.0 && parameters.y() <= 1.0;
+    return (parameters.array() >= 0.0).all() && parameters.y() <= 1.0;
 }
 
 void rayAndSegment(bench::Contest &contest) {
@@ -184,9 +184,105 @@ void rayAndSegment(bench::Contest &contest) {
     });
 }
 
+// A point and a polygon.
+
+void pointInPolygon(bench::Contest &contest) {
+    const int edges = contest.size();
+    const std::vector<bench::PlanePoint> polygon = bench::starPolygon(edges);
+    std::vector<Kernel::Point_2> corners; // the peer's polygon is open
+    for (int i = 0; i < edges; ++i) {
+        corners.push_back(planePoint(polygon[static_cast<std::size_t>(i)].data()));
+    }
+    const std::vector<Point> points = randomPoints(callCount, 1.0F);
+    std::vector<Kernel::Point_2> peerPoints;
+    for (const Point &p : points) {
+        peerPoints.push_back(planePoint(p.data()));
+    }
+    std::vector<int> answers(callCount);
+    std::vector<CGAL::Bounded_side> sides(callCount);
+    contest.items(callCount, "points");
+    contest.ours([&] {
+        for (std::size_t i = 0; i < callCount; ++i) {
+            answers[i] = slPointInterFaceM(reinterpret_cast<const float(*)[2]>(polygon.data()),
+                                           edges + 1, points[i].data());
+        }
+    });
+    contest.peer("CGAL bounded_side_2", edges < 1000 ? 1.2 : 1.5, [&] {
+        for (std::size_t i = 0; i < callCount; ++i) {
+            sides[i] =
+                CGAL::bounded_side_2(corners.begin(), corners.end(), peerPoints[i], Kernel());
+        }
+    });
+    contest.note("The peer decides exactly, ours within SL_ZERO of edges and of the heights of "
+                 "corners: points there are not compared");
+    contest.measure([&] {
+        for (std::size_t i = 0; i < callCount; ++i) {
+            const int expected = bench::countInside(polygon, points[i]);
+            bench::require(expected < 0 ||
+                               (expected == (answers[i] == SL_POLYGON_INSIDE ? 1 : 0) &&
+                                expected == (sides[i] != CGAL::ON_UNBOUNDED_SIDE ? 1 : 0)),
+                           "point in polygon");
+        }
+    });
+}
+
+// The plane through a cloud.
+
+// Points of a plane that is not level, moved up and down by up to a thousandth.
+Point3DArr nearlyPlaneCloud(int count) {
+    bench::Random random;
+    Point3DArr cloud = bench::randomCloud(count);
+    for (int i = 0; i < count; ++i) {
+        const float *p = cloud.GetItemPM(i);
+        cloud.SetItemZValueM(i, 0.1F * p[0] + 0.2F * p[1] + 3.0F + random.real(-1e-3F, 1e-3F));
+    }
+    return cloud;
+}
+
+void planeOfLeastSquares(bench::Contest &contest) {
+    constexpr int fitCount = 200;
+    const Point3DArr cloud = nearlyPlaneCloud(contest.size());
+    std::vector<Kernel::Point_3> points;
+    for (int i = 0; i < contest.size(); ++i) {
+        points.push_back(spacePoint(cloud.GetItemPM(i)));
+    }
+    const Point up = {0, 0, 1};
+    Point normal{};
+    float d = 0;
+    Kernel::Plane_3 plane;
+    contest.items(static_cast<double>(fitCount) * contest.size(), "points");
+    contest.ours([&] {
+        for (int i = 0; i < fitCount; ++i) {
+            bench::require(cloud.GenPlaneByLeastSquareM(up.data(), normal.data(), &d) == 1,
+                           "a plane");
+        }
+    });
+    contest.peer("CGAL linear_least_squares_fitting_3", 1.0, [&] {
+        for (int i = 0; i < fitCount; ++i) {
+            CGAL::linear_least_squares_fitting_3(points.begin(), points.end(), plane,
+                                                 CGAL::Dimension_tag<0>());
+        }
+    });
+    contest.note("The peer measures across the plane, ours along Z: on these points, which are a "
+                 "thousandth off the plane, the planes agree within a ten-thousandth");
+    contest.measure([&] {
+        const double length = std::sqrt(plane.orthogonal_vector().squared_length());
+        const double sign = plane.c() > 0.0 ? 1.0 : -1.0;
+        const double theirs[4] = {plane.a(), plane.b(), plane.c(), plane.d()};
+        const float ours[4] = {normal[0], normal[1], normal[2], d};
+        for (int i = 0; i < 4; ++i) {
+            bench::require(bench::isNear(sign * theirs[i] / length, ours[i], 1e-4),
+                           "plane of least squares");
+        }
+    });
+}
+
 const bench::Row rows[] = {
     {"slGetLinesCoPerpenticular", "segments in a box", 0, segmentDistance},
     {"slIntersectLines2D", "rays and segments in a square", 0, rayAndSegment},
+    {"slPointInterFaceM", "edges", 20, pointInPolygon},
+    {"slPointInterFaceM", "edges", 1000, pointInPolygon},
+    {"GenPlaneByLeastSquareM", "points near a plane", 1000, planeOfLeastSquares},
 };
 
 } // namespace
