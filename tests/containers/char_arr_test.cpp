@@ -223,6 +223,11 @@ TEST(CharArrMessage, CountedBlocksAreReadWholeOrNotAtAll) {
         EXPECT_EQ(damaged.GetContentvcM(part, 0, 0), -1);
         EXPECT_EQ(damaged.GetContentM(text, 0), -1);
     }
+    for (const int pos : {-2147483647 - 1, -1, 12, 2147483647}) {
+        EXPECT_EQ(message.GetContentvcM(out, 8, pos), -1);
+        EXPECT_EQ(message.GetContentvcM(part, pos, 0), -1);
+        EXPECT_EQ(message.GetContentM(text, pos), -1);
+    }
 }
 
 TEST(CharArrMessage, InsertsClearsAndCopies) {

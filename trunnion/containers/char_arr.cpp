@@ -317,9 +317,12 @@ int CharArr::GetContentvcM(char *out, int outSize, int pos) const {
 
 int CharArr::GetContentvcM(CharArr &out, int pos, int addZero) const {
     const int length = blockLength(pos);
+    if (length < 0) {
+        return -1;
+    }
     const int first = pos + lengthBytes;
-    if (length < 0 || first >= bound) {
-        return length < 0 ? -1 : first;
+    if (first >= bound) {
+        return first;
     }
     const std::string kept(data() + first,
                            static_cast<std::size_t>(length)); // `out` may be this array
