@@ -10,152 +10,29 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/random.h"
-#include "tests/support/slot_model.h"
+#include "tests/support/slot_run.h"
 
 namespace {
-
-// The rules of each class, written anew for the model.
-
-template <class ArrayType, class ValueType, int valuesPerSlot>
-struct RulesOf {
-    using Array = ArrayType;
-    using Value = ValueType;
-    static constexpr int width = valuesPerSlot;
-    static constexpr bool walksAll = false;
-};
-
-template <class Array, int width>
-struct IntRules : RulesOf<Array, int, width> {
-    static constexpr int marker = SL_DELETED_INT;
-    static bool live(int v) { return v > SL_DELETED_INT; }
-    static bool isNew(int held) { return held == SL_DELETED_INT; }
-};
-
-template <class Array, int width>
-struct FloatRules : RulesOf<Array, float, width> {
-    static constexpr float marker = -1e18F;
-    static bool live(float v) { return v > -9.999e17F; }
-    static bool isNew(float held) { return held < -9.999e17F; }
-};
-
-struct CharRules : RulesOf<CharArr, char, 1> {
-    static constexpr char marker = 0;
-    static constexpr bool walksAll = true;
-    static bool live(char v) { return v > 0; }
-    static bool isNew(char /*held*/) { return true; }
-};
 
 template <class Rules>
 class SlotArrays : public ::testing::Test {
 protected:
     using Array = typename Rules::Array;
-    using Value = typename Rules::Value;
-    using Model = test::SlotModel<Rules>;
-    using Slot = typename Model::Slot;
+    using Slot = typename test::SlotModel<Rules>::Slot;
 
-    static auto argument(const Slot &slot) {
-        if constexpr (Rules::width == 1) {
-            return slot[0];
-        } else {
-            return slot.data();
-        }
-    }
-
-    static Slot randomSlot(test::Random &random) {
-        Slot slot;
-        for (Value &value : slot) {
-            value = static_cast<Value>(random.integer(-3, 120));
-        }
-        return slot;
-    }
-
-    static void expectSame(Array &array, const Model &model) {
-        ASSERT_EQ(array.GetLengthM(), model.capacity());
-        ASSERT_EQ(array.GetBoundM(), model.bound);
-        ASSERT_EQ(array.GetAvailableNumM(), model.available);
-        int walked = -1;
-        int live = 0;
-        for (int i = 0; i < model.bound; ++i) {
-            Value out[Rules::width];
-            array.GetItemM(out, i);
-            ASSERT_EQ(out[0], model.at(i)[0]) << "slot " << i;
-            if (!Rules::walksAll && !Rules::live(model.at(i)[0])) {
-                continue;
-            }
-            for (int v = 0; v < Rules::width; ++v) {
-                ASSERT_EQ(out[v], model.at(i)[static_cast<std::size_t>(v)]);
-            }
-            ++live;
-            int idx = 0;
-            ASSERT_EQ(array.GetNextM(out, &idx, walked), 1);
-            ASSERT_EQ(idx, i);
-            ASSERT_EQ(out[0], model.at(i)[0]);
-            walked = i;
-        }
-        ASSERT_EQ(array.GetAvailableNumM(-1), live);
-        Value out[Rules::width];
-        int idx = 0;
-        ASSERT_EQ(array.GetNextM(out, &idx, walked), -1);
-        ASSERT_EQ(idx, SL_DELETED_INT);
-        ASSERT_EQ(out[0], Rules::marker);
-    }
+    static auto argument(const Slot &slot) { return test::SlotRun<Rules>::argument(slot); }
 };
 
-using AllRules =
-    ::testing::Types<IntRules<IntArr, 1>, FloatRules<RealArr, 1>, CharRules, IntRules<Int2DArr, 2>,
-                     IntRules<Int3DArr, 3>, IntRules<Int4DArr, 4>, FloatRules<Point2DArr, 2>,
-                     FloatRules<Point3DArr, 3>, FloatRules<PixelArr, 4>>;
-TYPED_TEST_SUITE(SlotArrays, AllRules);
+template <class... Rules>
+::testing::Types<Rules...> typesOf(test::TypeList<Rules...>);
+TYPED_TEST_SUITE(SlotArrays, decltype(typesOf(test::AllSlotRules())));
 
 TYPED_TEST(SlotArrays, BehaveLikeThePlainModelUnderRandomOperations) {
     test::Random random(20260114);
     for (int round = 0; round < 30; ++round) {
-        typename TestFixture::Array array;
-        typename TestFixture::Model model;
+        test::SlotRun<TypeParam> run;
         for (int step = 0; step < 60; ++step) {
-            const auto slot = TestFixture::randomSlot(random);
-            const int idx = random.integer(0, model.bound + (random.oneIn(8) ? 30 : 1));
-            switch (random.integer(0, 8)) {
-            case 0:
-            case 1:
-                EXPECT_EQ(array.AddItemM(TestFixture::argument(slot)), model.bound);
-                model.set(slot, model.bound);
-                break;
-            case 2:
-                EXPECT_EQ(array.SetItemM(TestFixture::argument(slot), idx), 1);
-                model.set(slot, idx);
-                break;
-            case 3:
-                EXPECT_EQ(array.InsertItemM(TestFixture::argument(slot), idx), 1);
-                model.insert(slot, idx);
-                break;
-            case 4:
-            case 5:
-                EXPECT_EQ(array.DelItemM(idx), 1);
-                model.remove(idx);
-                break;
-            case 6:
-                model.increment = random.integer(-2, 40) > 0 ? 7 : model.increment;
-                array.SetIncrementM(model.increment);
-                array.SetIncrementM(0);
-                break;
-            case 7: {
-                // A copy is independent and has everything, the increment too.
-                typename TestFixture::Array copy = array;
-                array.AddItemM(TestFixture::argument(slot));
-                array = copy;
-                break;
-            }
-            default:
-                if (random.oneIn(6)) {
-                    array.DelAllM();
-                    model.clear(false);
-                } else if (random.oneIn(3)) {
-                    array.AddSizeM(3);
-                    model.grow(3);
-                }
-            }
-            ASSERT_NO_FATAL_FAILURE(TestFixture::expectSame(array, model));
+            ASSERT_STREQ(run.step(random), nullptr) << "round " << round << " step " << step;
         }
     }
 }
