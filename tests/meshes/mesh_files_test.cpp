@@ -50,6 +50,14 @@ std::vector<int> tagsOf(const List &list) {
     return tags;
 }
 
+// Live slots, those behind the bound included.
+template <class List>
+std::ptrdiff_t liveSlotsOf(const List &list) {
+    const auto *slots = list.getCurrentItemPrtConstM();
+    return std::count_if(slots, slots + list.GetLengthM(),
+                         [](const auto &item) { return item.IsAvailableM() == 31; });
+}
+
 std::string withCarriageReturns(const std::string &text) {
     std::string result;
     for (const char c : text) {
@@ -156,7 +164,8 @@ TEST(MeshFiles, DamagedFiles) {
         {"no number", "two, T\nT_END\n", {}, 0},
         {"a number below 0", "-4, T\nT_END\n", {}, 0},
         {"any order", "2, T\n1, I" + facet + "0, I" + facet + "E\n", {31, 31}, 2},
-        {"a slot at the number", "2, T\n0, I" + facet + "2, I" + facet + "E\n", {31, 30}, 1},
+        {"a slot behind the number", "2, T\n3, I" + facet + "0, I" + facet + "E\n", {31, 30}, 2},
+        {"a slot at the capacity", "2, T\n0, I" + facet + "4, I" + facet + "E\n", {31, 30}, 1},
         {"a slot below 0", "2, T\n-1, I" + facet + "0, I" + facet + "E\n", {30, 30}, 0},
         {"no slot", "2, T\n0, I" + facet + "x, I" + facet + "E\n", {31, 30}, 1},
         {"a slot twice", "3, T\n0, I" + facet + "0, I" + facet + "E\n", {31, 30, 30}, 1},
@@ -164,6 +173,7 @@ TEST(MeshFiles, DamagedFiles) {
         {"a foreign tag", "2, T\n0, I\n37\n1,2,3\n0,0,1\n1\n1, I" + facet + "E\n", {37, 31}, 1},
         {"no comma", "1 T\n0 I" + facet + "E\n", {31}, 1},
         {"ends in a record", "2, T\n0, I" + facet + "1, I\n31\n1,", {31, 31}, 2},
+        {"fewer records than told", "4, T\n0, I" + facet, {31, 30, 30, 30}, 1},
         {"more than the file can hold", "2147483647, T\n" + four, {31, 31, 31, 31, 30}, 4},
         {"a tag without end", "1, " + std::string(5000, 'T') + "\n0, I" + facet + "E\n", {31}, 1},
     };
@@ -195,8 +205,8 @@ TEST(MeshFiles, AnyBytesAreReadCalmly) {
             readFrom(bytes, [&](std::FILE *f) { return quads.FmReadQuadLstM(f); });
             ASSERT_LE(nodes.GetBoundM(), nodes.GetLengthM());
             ASSERT_LE(nodes.GetLengthM(), 5 + static_cast<int>(bytes.size()) / 18);
-            ASSERT_EQ(std::ranges::count(tagsOf(quads), 31), quads.GetAvailableNumM());
-            ASSERT_EQ(std::ranges::count(tagsOf(triangles), 31), triangles.GetAvailableNumM());
+            ASSERT_EQ(liveSlotsOf(quads), quads.GetAvailableNumM());
+            ASSERT_EQ(liveSlotsOf(triangles), triangles.GetAvailableNumM());
         }
     }
 }

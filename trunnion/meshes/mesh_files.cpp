@@ -6,8 +6,11 @@
 //     ...
 //     TRIANGLE_LIST_END                           end
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
+#include <span>
 
 #include "trunnion/meshes/node_arr.h"
 #include "trunnion/meshes/quad_arr.h"
@@ -87,10 +90,20 @@ bool readNumberedTag(std::FILE *file, int *number) {
 // The shortest record there can be: the lines "0,T", "0", "0,0,0", "0,0,0" with their ends.
 constexpr std::int64_t shortestRecord = 18;
 
-// What `number` records can come to in the rest of the file. The last one may be cut short.
-int limitToFile(int number, std::FILE *file) {
+// What `number` records can come to in the rest of the file, the last one cut short perhaps. As
+// many slots as are there already cost nothing.
+int limitToFile(int number, std::FILE *file, int capacity) {
     const std::int64_t held = trunnion::detail::remainingBytes(file) / shortestRecord + 1;
-    return static_cast<int>(std::min<std::int64_t>(number, held));
+    return static_cast<int>(std::min<std::int64_t>(number, std::max<std::int64_t>(held, capacity)));
+}
+
+template <class Item>
+void deleteLive(std::span<Item> items) {
+    for (Item &item : items) {
+        if (isLive(item)) {
+            item.DelItemM();
+        }
+    }
 }
 
 // Reads one record into its slot. Returns by how much the number of live items rises, which in a
@@ -102,21 +115,26 @@ int readRecord(std::FILE *file, Item &item, bool listWasEmpty) {
     return (isLive(item) ? 1 : 0) - (isNamedAgain ? 1 : 0);
 }
 
-// Reads a list. makeRoom(n) gives at least n slots and returns the first of them. Returns by how
-// much the number of live items rises. Reading ends at a number that is not from 0 to n - 1.
+// Reads a list of `capacity` slots. makeRoom(n) gives all slots of the list, then at least n.
+// Returns by how much the number of live items rises. A record goes to the slot that it names, also
+// behind n, as those of an export with gaps do; reading ends at a number that no slot has. Live
+// items in a list that was empty are left behind its bound from an earlier reading and go.
 template <class Item, class MakeRoom>
-int readList(std::FILE *file, bool listWasEmpty, MakeRoom makeRoom) {
+int readList(std::FILE *file, int capacity, bool listWasEmpty, MakeRoom makeRoom) {
     int number = 0;
     if (!readNumberedTag(file, &number)) {
         return 0;
     }
     int gained = 0;
     if (number >= 1) {
-        number = limitToFile(number, file);
-        Item *items = makeRoom(number);
+        number = limitToFile(number, file, capacity);
+        const std::span<Item> items = makeRoom(number);
+        if (listWasEmpty) {
+            deleteLive(items);
+        }
         for (int i = 0; i < number; ++i) {
             int idx = -1;
-            if (!readNumberedTag(file, &idx) || idx < 0 || idx >= number) {
+            if (!readNumberedTag(file, &idx) || idx < 0 || idx >= std::ssize(items)) {
                 return gained;
             }
             gained += readRecord(file, items[idx], listWasEmpty);
@@ -126,38 +144,25 @@ int readList(std::FILE *file, bool listWasEmpty, MakeRoom makeRoom) {
     return gained;
 }
 
-// Nodes that an earlier reading left behind the bound are not of this list.
-template <class Item>
-void deleteLive(Item *items, int count) {
-    std::for_each_n(items, count, [](Item &item) {
-        if (isLive(item)) {
-            item.DelItemM();
-        }
-    });
-}
-
 } // namespace
 
 int NodeArr::FmReadNodeLstM(std::FILE *file) {
-    const bool wasEmpty = bound == 0 && available == 0;
-    const int gained = readList<NodeCL>(file, wasEmpty, [&](int number) {
-        AddSizeM(number - capacity);
-        NodeCL *nodes = changedItems();
-        if (wasEmpty) {
-            deleteLive(nodes, capacity);
-        }
-        return nodes;
-    });
+    const int gained = readList<NodeCL>(
+        file, capacity, bound == 0 && available == 0, [this](int number) -> std::span<NodeCL> {
+            AddSizeM(number - capacity);
+            return {changedItems(), static_cast<std::size_t>(capacity)};
+        });
     available += gained;
     bound = std::min(bound + gained, capacity);
     return 1;
 }
 
 int TriangleArr::FmReadTriangleLstM(std::FILE *file) {
-    available += readList<TriangleCL>(file, bound == 0 && available == 0, [this](int number) {
-        SetItemM(TriangleCL(), number - 1);
-        return changedItems();
-    });
+    available += readList<TriangleCL>(
+        file, capacity, bound == 0 && available == 0, [this](int number) -> std::span<TriangleCL> {
+            SetItemM(TriangleCL(), number - 1);
+            return {changedItems(), static_cast<std::size_t>(capacity)};
+        });
     return 1;
 }
 
@@ -171,10 +176,11 @@ void TriangleArr::ExportTriangleLstDBFileM(std::FILE *file, const float *const m
 }
 
 int QuadArr::FmReadQuadLstM(std::FILE *file) {
-    available += readList<QuadCL>(file, bound == 0 && available == 0, [this](int number) {
-        SetItemM(QuadCL(), number - 1);
-        return changedItems();
-    });
+    available += readList<QuadCL>(file, capacity, bound == 0 && available == 0,
+                                  [this](int number) -> std::span<QuadCL> {
+                                      SetItemM(QuadCL(), number - 1);
+                                      return {changedItems(), static_cast<std::size_t>(capacity)};
+                                  });
     return 1;
 }
 

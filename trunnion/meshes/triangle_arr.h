@@ -130,9 +130,11 @@ public:
     // Reads a list of any name; give an empty one. The bound is raised to the number in the head,
     // each record goes to the slot that it names, with the tag that it has, and raises the number
     // of live items by one if it is live. (In a list that was not empty the count is added to, and
-    // slots are overwritten.) A file that ends early leaves the rest as it was; a number that the
-    // rest of the file cannot hold counts as the largest that it can. A record that names no slot
-    // from 0 to that number - 1 ends the reading in front of it. Returns 1.
+    // slots are overwritten.) A file that ends early leaves the rest as it was; a number above the
+    // capacity that the rest of the file cannot hold counts as the largest that it can. A record
+    // may name a slot behind that number, as in an export with gaps: it stands behind the bound,
+    // though counted. One that names no slot of the list ends the reading in front of it.
+    // Returns 1.
     int FmReadTriangleLstM(std::FILE *file);
     // Writes all slots below the bound under the name "TRIANGLE"; what is read back is the same
     // list. Returns 1.
