@@ -1,4 +1,5 @@
 // Pairs of lines against a plain model, and the bounds that decide between result codes.
+#include "trunnion/geometry/distances.h"
 #include "trunnion/geometry/line_pairs.h"
 #include "trunnion/geometry/scalars.h"
 
@@ -201,6 +202,64 @@ TEST(Segments, HaveSlackThatIsGreaterOnTheFirstOne) {
     // Between the two bounds the crossing counts, but the height of skew segments does not.
     EXPECT_EQ(measure(slGetDifPlaneLineDist, crossAt(between, 2)), (Answer{between, 0.5F, 0}));
     EXPECT_EQ(measure(slGetDifPlaneLineDist, crossAt(nearOne, 2)), (Answer{nearOne, 0.5F, 2}));
+}
+
+// slGetCoPlaneLineDist step by step, with the distance of every foot.
+Answer describedInPlane(const Pair &l) {
+    float t1 = 0, t2 = 0;
+    const auto isInside = [](float t, float end) { return -SL_ZERO < t && t < end; };
+    if (on(l, slIntersectLines3D, &t1, &t2) == SL_LINES_CROSS && isInside(t1, SL_PAST_ONE2) &&
+        isInside(t2, SL_PAST_ONE)) {
+        return {t1, t2, 0};
+    }
+    Answer best = NO_FEET;
+    const auto consider = [&](const Triple &from, const Triple &to, const Triple &end, float atEnd,
+                              int footIndex) {
+        float t = 0;
+        const float dist = slGetPntLineDist(from.data(), to.data(), end.data(), &t);
+        if (isInside(t, SL_PAST_ONE) && dist < best[2]) {
+            best = {atEnd, atEnd, dist};
+            best[footIndex] = t;
+        }
+    };
+    consider(l.a, l.b, l.c, 0, 0);
+    consider(l.a, l.b, l.d, 1, 0);
+    consider(l.c, l.d, l.a, 0, 1);
+    consider(l.c, l.d, l.b, 1, 1);
+    return best;
+}
+
+// On a grid, so that distances are equal, blurred by about the tolerance, so that pairs are nearly
+// flat; near the origin and far from it.
+TEST(Segments, AreJudgedAndMeasuredStepByStep) {
+    test::Random random(384);
+    int skew = 0;
+    for (int round = 0; round < 100000; ++round) {
+        const float middle = random.oneIn(3) ? 2000.0F : 0.0F;
+        const float blur = random.oneIn(2) ? 4e-5F : 0.0F;
+        const auto place = [&] {
+            Triple p{};
+            for (float &x : p) {
+                x = middle + static_cast<float>(random.integer(-2, 2)) +
+                    blur * static_cast<float>(random.integer(-3, 3));
+            }
+            if (random.oneIn(200)) {
+                p[0] = random.oneIn(2) ? std::nanf("") : SL_BIG;
+            }
+            return p;
+        };
+        const Pair l = {place(), place(), place(), place()};
+        Triple n{};
+        Answer answer{};
+        const int judgement = on(l, slJudgeLineCoPlane, n.data());
+        skew += judgement == SL_LINES_SKEW ? 1 : 0;
+        ASSERT_EQ(on(l, slGetLinesCoPerpenticular, &answer[0], &answer[1], &answer[2]), judgement);
+        ASSERT_EQ(
+            answer,
+            measure(judgement == SL_LINES_SKEW ? slGetDifPlaneLineDist : slGetCoPlaneLineDist, l));
+        ASSERT_EQ(measure(slGetCoPlaneLineDist, l), describedInPlane(l)) << round;
+    }
+    EXPECT_GT(skew, 30000);
 }
 
 TEST(LinePairs, AreMeasuredFinitelyForAnyFiniteInput) {

@@ -1,8 +1,9 @@
 // Two lines or two segments in space.
 #include "trunnion/geometry/line_pairs.h"
 
+#include <algorithm>
 #include <cmath>
-#include <initializer_list>
+#include <limits>
 
 #include "trunnion/geometry/detail/guards.h"
 #include "trunnion/geometry/distances.h"
@@ -25,22 +26,36 @@ struct PlaneCut {
 
 // The cut with the greatest determinant. The coordinate planes XY, XZ and YZ are tried in that
 // order, and a later one must be strictly greater: each is a component of the same cross products.
+// Chosen by number, without a branch: which one it is is rarely foreseen.
 PlaneCut bestCut(const Vec3 &u, const Vec3 &v, const Vec3 &w) {
     const Vec3 determinants = cross(v, u);
     const Vec3 firsts = cross(v, w);
     const Vec3 seconds = cross(u, w);
-    PlaneCut best{determinants.z, firsts.z, seconds.z};
-    for (const PlaneCut &cut : {PlaneCut{determinants.y, firsts.y, seconds.y},
-                                PlaneCut{determinants.x, firsts.x, seconds.x}}) {
-        if (magnitude(cut.determinant) > magnitude(best.determinant)) {
-            best = cut;
-        }
-    }
-    return best;
+    const PlaneCut cuts[] = {{determinants.z, firsts.z, seconds.z},
+                             {determinants.y, firsts.y, seconds.y},
+                             {determinants.x, firsts.x, seconds.x}};
+    const double xy = magnitude(determinants.z);
+    const double xz = magnitude(determinants.y);
+    const double greater = xz > xy ? xz : xy;
+    const int first = static_cast<int>(xz > xy);
+    const int third = static_cast<int>(magnitude(determinants.x) > greater);
+    return cuts[first + third * (2 - first)];
 }
 
 bool areParallel(const Vec3 &u, const Vec3 &v) {
     return squaredLength(cross(u, v)) < squaredLength(u) * squaredLength(v) * SL_ZERO_SQR_D;
+}
+
+// Where lines along u and v cross that are not parallel, w being the way from the start of the
+// first to the start of the second. False if they span too little.
+bool crossAt(const Vec3 &u, const Vec3 &v, const Vec3 &w, float *t1, float *t2) {
+    const PlaneCut cut = bestCut(u, v, w);
+    if (withinTolerance(cut.determinant, SL_ZERO)) {
+        return false;
+    }
+    *t1 = toFloat(cut.first / cut.determinant);
+    *t2 = toFloat(cut.second / cut.determinant);
+    return true;
 }
 
 // Plane of points that slPlaneNormal gives up only because their cross product is too short to be
@@ -60,54 +75,168 @@ bool getPlaneOfShortSides(const float *a, const float *b, const float *c, float 
     return true;
 }
 
+// Whether slJudgeLineCoPlane finds the lines skew for sure. It rounds the normal of the plane of a,
+// b and c to float, and its number too; what these roundings can change of the height of d is at
+// most a few times 2^-24 of the coordinates, and is allowed for here in full. That leaves the
+// judgement as it is, without its root and its divisions, for all but nearly flat pairs.
+bool areClearlySkew(const Vec3 &a, const Vec3 &b, const Vec3 &c, const Vec3 &d) {
+    constexpr double roundings = 0x1p-22;
+    constexpr double margin = 2.0; // to the bounds below which three points span no plane
+    constexpr double greatest = 1e60;
+    const auto sum = [](const Vec3 &v) { return std::fabs(v.x) + std::fabs(v.y) + std::fabs(v.z); };
+    const Vec3 u = b - a;
+    const Vec3 w = c - a;
+    const Vec3 e = d - a;
+    const double uu = squaredLength(u);
+    const double ww = squaredLength(w);
+    const Vec3 product = cross(u, w);
+    const double square = squaredLength(product);
+    const double volume = dot(product, e);
+    const double height = SL_ZERO_D + roundings * (sum(e) + sum(a));
+    const bool spansPlane = std::min(uu, ww) > margin * SL_ZERO_SQR &&
+                            square > margin * SL_ZERO_SQR * uu * ww &&
+                            square > margin * margin * SL_ZERO_SQR_D;
+    return spansPlane && square < greatest && volume * volume > height * height * square;
+}
+
+Vec3 roundedToFloat(const Vec3 &v) {
+    return {toFloat(v.x), toFloat(v.y), toFloat(v.z)};
+}
+
 // The second of two skew lines, moved along the common perpendicular into the plane that holds the
-// first and is parallel to both.
+// first and is parallel to both; its points are rounded to float.
 struct MovedLine {
-    float c[3];
-    float d[3];
+    Vec3 c;
+    Vec3 d;
     double height; // signed length of the move
 };
 
-MovedLine moveIntoPlaneOfFirst(const float *a, const float *b, const float *c, const float *d) {
-    const Vec3 start = load3(a);
-    const Vec3 otherStart = load3(c);
-    const Vec3 otherEnd = load3(d);
-    const Vec3 normal = unit(cross(load3(b) - start, otherEnd - otherStart));
-    MovedLine moved{};
-    moved.height = dot(normal, otherStart - start);
-    store(otherStart - moved.height * normal, moved.c);
-    store(otherEnd - moved.height * normal, moved.d);
-    return moved;
+MovedLine moveIntoPlaneOfFirst(const Vec3 &a, const Vec3 &b, const Vec3 &c, const Vec3 &d) {
+    const Vec3 normal = unit(cross(b - a, d - c));
+    const double height = dot(normal, c - a);
+    return {roundedToFloat(c - height * normal), roundedToFloat(d - height * normal), height};
 }
 
 // Whether a parameter lies on its segment, with slack; the far end's bound is the caller's.
 bool isOnSegment(float t, float farBound = SL_PAST_ONE) {
-    return -SL_ZERO < t && t < farBound;
+    return (static_cast<int>(-SL_ZERO < t) & static_cast<int>(t < farBound)) != 0;
 }
 
-// Takes the distance of a segment's end point, at the parameter `atEnd`, from the other segment, if
-// its foot lies on that and it is less than *dist.
-void takeIfNearer(const float *end, float atEnd, const float *from, const float *to, float *tEnd,
-                  float *tFoot, float *dist) {
-    float foot = 0.0F;
-    const float distance = slGetPntLineDist(from, to, end, &foot);
-    if (isOnSegment(foot) && distance < *dist) {
-        *dist = distance;
-        *tEnd = atEnd;
-        *tFoot = foot;
+// The foot of an end point on the other segment.
+struct EndFoot {
+    float t;
+    Vec3 residual; // from the foot to the point
+    double square; // of its length; infinite if the foot lies beside the segment
+};
+
+EndFoot footOfEnd(const Vec3 &end, const Vec3 &start, const Vec3 &line, double lineSquare) {
+    constexpr double beside[] = {std::numeric_limits<double>::infinity(), 0.0};
+    const Vec3 arm = end - start;
+    const double t = lineSquare > 0.0 ? dot(arm, line) / lineSquare : 0.0;
+    const Vec3 residual = arm - t * line;
+    const float foot = toFloat(t);
+    return {foot, residual, squaredLength(residual) + beside[isOnSegment(foot) ? 1 : 0]};
+}
+
+// Where two segments are nearest to each other; all SL_BIG where no foot lies on a segment.
+struct Nearest {
+    float t[2] = {SL_BIG, SL_BIG}; // on the first and on the second
+    float distance = SL_BIG;
+};
+
+// The feet of the ends of two segments on the other one: those of c and d on the first, those of a
+// and b on the second. The nearest counts, by its distance rounded to float; of equal ones the
+// first.
+class EndFeet {
+public:
+    EndFeet(const Vec3 &a, const Vec3 &b, const Vec3 &c, const Vec3 &d) {
+        const Vec3 u = b - a;
+        const Vec3 v = d - c;
+        const double uu = squaredLength(u);
+        const double vv = squaredLength(v);
+        feet[0] = footOfEnd(c, a, u, uu);
+        feet[1] = footOfEnd(d, a, u, uu);
+        feet[2] = footOfEnd(a, c, v, vv);
+        feet[3] = footOfEnd(b, c, v, vv);
     }
+
+    // The squares tell which one it is, unless another is so near to it that their distances could
+    // be rounded to the same float, or one is a NaN, or beyond what counts.
+    Nearest nearest() const {
+        constexpr double infinity = std::numeric_limits<double>::infinity();
+        const int second = static_cast<int>(feet[1].square < feet[0].square);
+        const int fourth = static_cast<int>(feet[3].square < feet[2].square);
+        const double least1 = feet[second].square;
+        const double least2 = feet[2 + fourth].square;
+        const int onOther = static_cast<int>(least2 < least1);
+        const int first = second + onOther * (2 + fourth - second);
+        const double least = least2 < least1 ? least2 : least1;
+        const double sum = feet[0].square + feet[1].square + feet[2].square + feet[3].square;
+        if (least == infinity && sum == infinity) {
+            return {};
+        }
+        int near = 0;
+        for (const EndFoot &foot : feet) {
+            near += static_cast<int>(!(foot.square > least * (1.0 + 1e-6)));
+        }
+        if (near != 1 || !(least > 2.0 * SL_TINY && least < 1e30) || std::isnan(sum)) {
+            return nearestByDistance();
+        }
+        return nearestAt(first, toFloat(std::sqrt(least)));
+    }
+
+private:
+    [[gnu::noinline]] Nearest nearestByDistance() const {
+        Nearest best;
+        for (int i = 0; i < 4; ++i) {
+            const float distance = toFloat(length(feet[i].residual));
+            if (isOnSegment(feet[i].t) && distance < best.distance) {
+                best = nearestAt(i, distance);
+            }
+        }
+        return best;
+    }
+
+    Nearest nearestAt(int i, float distance) const {
+        Nearest nearest;
+        nearest.t[i / 2] = feet[i].t;
+        nearest.t[1 - i / 2] = static_cast<float>(i % 2);
+        nearest.distance = distance;
+        return nearest;
+    }
+
+    EndFoot feet[4];
+};
+
+// slGetCoPlaneLineDist.
+Nearest nearestInPlane(const Vec3 &a, const Vec3 &b, const Vec3 &c, const Vec3 &d) {
+    const Vec3 u = b - a;
+    const Vec3 v = d - c;
+    Nearest crossing;
+    if (!areParallel(u, v) && crossAt(u, v, c - a, &crossing.t[0], &crossing.t[1]) &&
+        (static_cast<int>(isOnSegment(crossing.t[0], SL_PAST_ONE2)) &
+         static_cast<int>(isOnSegment(crossing.t[1]))) != 0) {
+        crossing.distance = 0.0F;
+        return crossing;
+    }
+    return EndFeet(a, b, c, d).nearest();
 }
 
-using Measure = void(const float *a, const float *b, const float *c, const float *d, float *t1,
-                     float *t2, float *dist);
+// slGetDifPlaneLineDist.
+[[gnu::flatten]] Nearest nearestInSpace(const Vec3 &a, const Vec3 &b, const Vec3 &c,
+                                        const Vec3 &d) {
+    const MovedLine moved = moveIntoPlaneOfFirst(a, b, c, d);
+    Nearest nearest = nearestInPlane(a, b, moved.c, moved.d);
+    if (isOnSegment(nearest.t[0]) && isOnSegment(nearest.t[1])) {
+        nearest.distance = toFloat(magnitude(moved.height));
+    }
+    return nearest;
+}
 
-// Judges two lines, measures them in the one or the other way, and gives the judgement.
-int measureAsJudged(Measure *coplanar, Measure *skew, const float *a, const float *b,
-                    const float *c, const float *d, float *t1, float *t2, float *dist) {
-    float unused[3];
-    const int judgement = slJudgeLineCoPlane(a, b, c, d, unused);
-    (judgement == SL_LINES_COPLANAR ? coplanar : skew)(a, b, c, d, t1, t2, dist);
-    return judgement;
+void store(const Nearest &nearest, float *t1, float *t2, float *dist) {
+    *t1 = nearest.t[0];
+    *t2 = nearest.t[1];
+    *dist = nearest.distance;
 }
 
 } // namespace
@@ -121,13 +250,7 @@ int slIntersectLines3D(const float *a, const float *b, const float *c, const flo
         return slFabs(slGetPntLineDist(a, b, c, &unused)) < SL_ZERO ? SL_COINCIDENT
                                                                     : SL_LINES_APART;
     }
-    const PlaneCut cut = bestCut(u, v, load3(c) - load3(a));
-    if (withinTolerance(cut.determinant, SL_ZERO)) {
-        return SL_LINES_APART;
-    }
-    *t1 = toFloat(cut.first / cut.determinant);
-    *t2 = toFloat(cut.second / cut.determinant);
-    return SL_LINES_CROSS;
+    return crossAt(u, v, load3(c) - load3(a), t1, t2) ? SL_LINES_CROSS : SL_LINES_APART;
 }
 
 int slJudgeLineCoPlane(const float *a, const float *b, const float *c, const float *d, float *n) {
@@ -179,41 +302,45 @@ void slGetCoPlaneInfLineDist(const float *a, const float *b, const float *c, con
 
 void slGetDifPlaneInfLineDist(const float *a, const float *b, const float *c, const float *d,
                               float *t1, float *t2, float *dist) {
-    const MovedLine moved = moveIntoPlaneOfFirst(a, b, c, d);
-    slGetCoPlaneInfLineDist(a, b, moved.c, moved.d, t1, t2, dist);
+    const MovedLine moved = moveIntoPlaneOfFirst(load3(a), load3(b), load3(c), load3(d));
+    float start[3];
+    float end[3];
+    store(moved.c, start);
+    store(moved.d, end);
+    slGetCoPlaneInfLineDist(a, b, start, end, t1, t2, dist);
     *dist = toFloat(magnitude(moved.height));
 }
 
 int slGetInfLinesCoPerpenticular(const float *a, const float *b, const float *c, const float *d,
                                  float *t1, float *t2, float *dist) {
-    return measureAsJudged(slGetCoPlaneInfLineDist, slGetDifPlaneInfLineDist, a, b, c, d, t1, t2,
-                           dist);
+    float unused[3];
+    const int judgement = slJudgeLineCoPlane(a, b, c, d, unused);
+    const auto measure =
+        judgement == SL_LINES_COPLANAR ? slGetCoPlaneInfLineDist : slGetDifPlaneInfLineDist;
+    measure(a, b, c, d, t1, t2, dist);
+    return judgement;
 }
 
 void slGetCoPlaneLineDist(const float *a, const float *b, const float *c, const float *d, float *t1,
                           float *t2, float *dist) {
-    if (slIntersectLines3D(a, b, c, d, t1, t2) == SL_LINES_CROSS &&
-        isOnSegment(*t1, SL_PAST_ONE2) && isOnSegment(*t2)) {
-        *dist = 0.0F;
-        return;
-    }
-    *dist = *t1 = *t2 = SL_BIG;
-    takeIfNearer(c, 0.0F, a, b, t2, t1, dist);
-    takeIfNearer(d, 1.0F, a, b, t2, t1, dist);
-    takeIfNearer(a, 0.0F, c, d, t1, t2, dist);
-    takeIfNearer(b, 1.0F, c, d, t1, t2, dist);
+    store(nearestInPlane(load3(a), load3(b), load3(c), load3(d)), t1, t2, dist);
 }
 
 void slGetDifPlaneLineDist(const float *a, const float *b, const float *c, const float *d,
                            float *t1, float *t2, float *dist) {
-    const MovedLine moved = moveIntoPlaneOfFirst(a, b, c, d);
-    slGetCoPlaneLineDist(a, b, moved.c, moved.d, t1, t2, dist);
-    if (isOnSegment(*t1) && isOnSegment(*t2)) {
-        *dist = toFloat(magnitude(moved.height));
-    }
+    store(nearestInSpace(load3(a), load3(b), load3(c), load3(d)), t1, t2, dist);
 }
 
 int slGetLinesCoPerpenticular(const float *a, const float *b, const float *c, const float *d,
                               float *t1, float *t2, float *dist) {
-    return measureAsJudged(slGetCoPlaneLineDist, slGetDifPlaneLineDist, a, b, c, d, t1, t2, dist);
+    const Vec3 points[] = {load3(a), load3(b), load3(c), load3(d)};
+    if (areClearlySkew(points[0], points[1], points[2], points[3])) {
+        store(nearestInSpace(points[0], points[1], points[2], points[3]), t1, t2, dist);
+        return SL_LINES_SKEW;
+    }
+    float unused[3];
+    const int judgement = slJudgeLineCoPlane(a, b, c, d, unused);
+    const auto measure = judgement == SL_LINES_COPLANAR ? nearestInPlane : nearestInSpace;
+    store(measure(points[0], points[1], points[2], points[3]), t1, t2, dist);
+    return judgement;
 }
