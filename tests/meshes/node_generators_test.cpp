@@ -93,11 +93,9 @@ TEST(Sweep, PartOfATurnStartsAtItsFirstAngleAndTakesTheNearestNumberOfSteps) {
         float a0;
         float a1;
         int rows;
-    } cases[] = {{0, SL_HALF_PI, 4},
-                 {0.25F, 0.25F + SL_HALF_PI, 4},
-                 {0, 0.27F, 2},
-                 {0, 0.26F, 1},
-                 {1, 0, 1}};
+    } cases[] = {{0, SL_HALF_PI, 4}, {0.25F, 0.25F + SL_HALF_PI, 4},
+                 {0, 0.27F, 2},      {0, 0.26F, 1},
+                 {1, 0, 1},          {0, NAN, 1}};
     for (const auto &c : cases) {
         NodeArr nodes = nodesAt({{2, 0, 0}, {9, 9, 9}, {2, 0, 1}});
         nodes.DelItemM(1);

@@ -151,7 +151,8 @@ public:
     // a row of its live nodes appended for each step, as many as come nearest to the span. A span
     // within 0.0001 of a full turn or beyond: n rows from where the list stands, and the start row
     // once more. Returns the number of steps and one: the rows of the list, but for the closing row
-    // of a full turn. 0, and nothing changed, for n below 1; a negative span gives no steps.
+    // of a full turn. 0, and nothing changed, for n below 1; a negative span, or one that is no
+    // number, gives no steps.
     int ExtendByRotateToCircleM(int n, const float *const p, const float *const axis, float a0,
                                 float a1);
 

@@ -82,7 +82,8 @@ int NodeArr::ExtendByRotateToCircleM(int n, const float *const p, const float *c
     }
     const double span = static_cast<double>(a1) - a0;
     const bool isFull = span >= fullTurn;
-    const double steps = isFull ? n : std::max(span * n * turnsPerRadian + 0.5, 0.0);
+    // In this order std::max gives 0 for a span that is no number.
+    const double steps = isFull ? n : std::max(0.0, span * n * turnsPerRadian + 0.5);
     const int count = static_cast<int>(std::min<double>(steps, INT_MAX - 2));
     const float step = toFloat(static_cast<double>(SL_TWO_PI) / n);
     if (!isFull) {
