@@ -192,6 +192,15 @@ TEST(SlotLists, CountsThatTheFileCannotHoldAreRefusedBeforeMemoryIsTaken) {
     }
 }
 
+TEST(SlotLists, ALiveCountThatIsDamagedCostsLittleMemoryLater) {
+    CharArr bytes;
+    CharArr imported;
+    EXPECT_EQ(readInto(bytes, raw(1, 2147483647) + "x", true), 0);
+    EXPECT_EQ(imported.ImportArrM(bytes), 2147483647);
+    EXPECT_EQ(imported.GetBoundM(), 1);
+    EXPECT_LE(imported.GetLengthM(), 20000000);
+}
+
 TEST(SlotLists, TagsAreNeverComparedWhateverTheirLength) {
     const std::string tag(5000, 'x');
     IntArr array;

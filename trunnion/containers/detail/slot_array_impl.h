@@ -207,9 +207,10 @@ template <class Slots>
 int SingleSlots<Slots>::ImportArrM(const SingleSlots &other) {
     const int taken = other.available;
     const int end = other.bound;
-    // A count of live slots above the bound can only have come from a damaged file; it must not
-    // cost memory.
-    this->AddSizeM(Slots::walkSkipsEmpty ? std::min(taken, end) : taken);
+    // A count of live slots above the bound has come from a damaged file, or in CharArr from stores
+    // over slots in use: only there may it cost memory, and not much.
+    constexpr int mostStoredOver = Slots::walkSkipsEmpty ? 0 : 1 << 24;
+    this->AddSizeM(std::min(taken, std::max(end, mostStoredOver)));
     for (int i = 0; i < end; ++i) {
         const Value held = *other.slotAt(i);
         if (Base::walkSees(held)) {
