@@ -84,6 +84,9 @@ int readInto(List &list, Form form, const std::string &bytes) {
     return codeOfReading(form, bytes, [&](TqIOCL &stream) { list.FmInputOzkLstM(&stream); });
 }
 
+// A text may name slots far behind its end; writing all the empty ones teaches nothing.
+constexpr int longestWrittenBack = 4096;
+
 template <class List>
 void readList(Form form, const std::string &file) {
     List list;
@@ -91,8 +94,7 @@ void readList(Form form, const std::string &file) {
     // A compressed stream opens with its first block, and reports one that does not unpack.
     require(code == 0 || code == 107 || (code == 109 && form == Form::compressed), "a known code");
     requireCounts(list);
-    constexpr int longest = 4096; // a text may name slots far behind its end
-    if (list.GetBoundM() > longest) {
+    if (list.GetBoundM() > longestWrittenBack) {
         return;
     }
     const std::string stored = written(form, list);
