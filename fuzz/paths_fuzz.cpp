@@ -74,7 +74,8 @@ void makeAndRemove(const std::string &name) {
         return;
     }
     const int made = slCreateDirRecursively(path.c_str());
-    require(made == 0 || slFindSingleFile(path.c_str()) == 1 || path.ends_with("\\\\"),
+    require(made == 0 || slFindSingleFile(path.c_str()) == 1 ||
+                path.find_last_of("\\/") == path.size() - 1,
             "what was made is there");
     slCopyFile("E:\\file.txt", path.c_str());
     slRemoveDirRecursively("E:\\made");
