@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include "fuzz/support/lists.h"
 #include "fuzz/support/script.h"
@@ -99,10 +98,7 @@ void fuzz::run(const std::string &input) {
     const int count = kind == 2 ? script.take<int>() : 0;
     const std::string calls = kind == 0 ? script.take(script.take()) : std::string();
     const std::string bytes = script.rest();
-    const std::string path = scratch().path("lines");
-    test::writeBytes(path, bytes);
-    const std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::fopen(path.c_str(), "rb"),
-                                                                &std::fclose);
+    const File file = openAs(fileOf(bytes, "lines"), "rb");
     if (kind == 1) {
         readIntegers(file.get());
     } else if (kind == 2) {

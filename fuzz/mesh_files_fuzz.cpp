@@ -1,19 +1,12 @@
 // Mesh lists in text files. An input is the kind of list, whether one is there before, and a file.
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 
 #include "fuzz/support/lists.h"
 
 namespace {
 
 using namespace fuzz;
-
-using File = std::unique_ptr<std::FILE, int (*)(std::FILE *)>;
-
-File openAs(const std::string &path, const char *mode) {
-    return {std::fopen(path.c_str(), mode), &std::fclose};
-}
 
 template <class List>
 struct Calls;

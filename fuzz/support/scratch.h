@@ -2,6 +2,8 @@
 // well.
 #pragma once
 
+#include <cstdio>
+#include <memory>
 #include <string>
 
 #include "tests/support/temp_drive.h"
@@ -18,6 +20,12 @@ inline std::string fileOf(const std::string &bytes, const char *name = "input") 
     std::string path = scratch().path(name);
     test::writeBytes(path, bytes);
     return path;
+}
+
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE *)>;
+
+inline File openAs(const std::string &path, const char *mode) {
+    return {std::fopen(path.c_str(), mode), &std::fclose};
 }
 
 } // namespace fuzz
