@@ -29,6 +29,7 @@
 #include "trunnion/host/paths.h"
 #include "trunnion/host/setup.h"
 #include "trunnion/host/text_scan.h"
+#include "trunnion/meshes/facet_arr.h"
 #include "trunnion/meshes/mesh_files.h"
 #include "trunnion/meshes/mesh_records.h"
 #include "trunnion/meshes/node_arr.h"

@@ -9,7 +9,6 @@
 #include "tests/support/short_memory.h"
 #include "trunnion/geometry/scalars.h"
 #include "trunnion/meshes/node_arr.h"
-#include "trunnion/meshes/triangle_arr.h"
 
 namespace {
 
@@ -21,10 +20,6 @@ int scanForNode(const NodeArr &list, const NodeCL &node) {
         }
     }
     return list.GetBoundM();
-}
-
-bool scanForTriangle(const TriangleArr &list, const int *nodes) {
-    return list.FindTriangleM(nodes) >= 0;
 }
 
 // Points crowd about the corners of the index's cells, where the tolerance decides, near the origin
@@ -101,45 +96,6 @@ TEST(MergeIndex, AWritablePointerIsNeverOutrun) {
         nodes[90 - i].SetPntM(moved);
         list.MergeNodeLstM(node, &slot);
         ASSERT_EQ(slot, 90 - i);
-    }
-}
-
-TEST(MergeIndex, RefusesTheTrianglesThatTheScanRefuses) {
-    test::Random random(4);
-    const float normal[3] = {0, 0, 1};
-    for (int round = 0; round < 40; ++round) {
-        TriangleArr list;
-        for (int step = 0; step < 300; ++step) {
-            int nodes[3];
-            for (int &node : nodes) {
-                node = random.oneIn(30) ? SL_DELETED_INT : random.integer(-2, 9);
-            }
-            switch (random.integer(0, 40)) {
-            case 0:
-                list.DelItemM(random.integer(0, list.GetBoundM()));
-                break;
-            case 1:
-                list.AddTriangleM(nodes, normal); // degenerate ones as well
-                break;
-            case 2:
-                list.ChangeNodeIdxM(nodes[0], nodes[1]);
-                break;
-            case 3:
-                list.PurgeDeletedTrianglesM();
-                break;
-            case 4:
-                test::memoryIsShort = random.oneIn(2);
-                break;
-            default:
-                break;
-            }
-            TriangleCL triangle(31);
-            triangle.SetTriangleM(nodes);
-            const bool refused = triangle.isDegenerate() || scanForTriangle(list, nodes);
-            const int result = list.MergeTriangleLstM(triangle);
-            test::memoryIsShort = false;
-            ASSERT_EQ(result, refused ? 0 : 1) << "round " << round << " step " << step;
-        }
     }
 }
 

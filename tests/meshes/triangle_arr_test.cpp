@@ -1,14 +1,12 @@
-// Triangle lists: every scan against a plain model over random lists, and the cases where the told
-// order decides.
+// Triangle lists: the cases where the told order decides, and renumbering together with the nodes.
+// Every scan against a plain model over random lists stands in facet_index_test.cpp.
 #include "trunnion/meshes/triangle_arr.h"
 
-#include <algorithm>
-#include <array>
-#include <optional>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/facet_model.h"
 #include "tests/support/random.h"
 #include "trunnion/containers/slot_array.h"
 #include "trunnion/meshes/node_arr.h"
@@ -17,87 +15,9 @@ namespace {
 
 const float up[3] = {0, 0, 1};
 
-using Nodes = std::array<int, 3>;
-
-struct Slot {
-    Nodes nodes;
-    int tag;
-    bool operator==(const Slot &) const = default;
-    bool isLive() const { return tag == TAG_AVAILABLE; }
-    bool holds(int node) const { return std::count(nodes.begin(), nodes.end(), node) > 0; }
-    bool isDegenerate() const {
-        return nodes[0] == nodes[1] || nodes[1] == nodes[2] || nodes[0] == nodes[2];
-    }
-};
-
-// A triangle list as it is told: slots below the bound and the number of live ones.
-struct Model {
-    std::vector<Slot> slots;
-    int available = 0;
-
-    int bound() const { return static_cast<int>(slots.size()); }
-    void add(Nodes nodes) {
-        slots.push_back({nodes, TAG_AVAILABLE});
-        ++available;
-    }
-    void del(int k) {
-        if (slots[k].isLive()) {
-            slots[k].tag = TAG_DELETED;
-            --available;
-        }
-        if (k == bound() - 1) {
-            slots.pop_back();
-        }
-    }
-    int merge(Nodes nodes) {
-        const Slot added{nodes, TAG_AVAILABLE};
-        for (const Slot &slot : slots) {
-            int pairs = 0;
-            for (const int own : slot.nodes) {
-                pairs += static_cast<int>(std::count(nodes.begin(), nodes.end(), own));
-            }
-            if (pairs == 3 && !added.isDegenerate()) {
-                return 0;
-            }
-        }
-        if (!added.isDegenerate()) {
-            add(nodes);
-        }
-        return added.isDegenerate() ? 0 : 1;
-    }
-    void change(int from, int to) {
-        for (int k = 0; k < bound(); ++k) {
-            const auto found = std::find(slots[k].nodes.begin(), slots[k].nodes.end(), from);
-            if (found != slots[k].nodes.end()) {
-                *found = to;
-                if (slots[k].isDegenerate()) {
-                    del(k);
-                }
-            }
-        }
-    }
-    void delByVertex(int node) {
-        for (int k = 0; k < bound(); ++k) {
-            if (slots[k].isLive() && slots[k].holds(node)) {
-                del(k);
-            }
-        }
-    }
-    void reset(const std::vector<int> &map) {
-        std::vector<Slot> kept;
-        for (Slot slot : slots) {
-            for (int &node : slot.nodes) {
-                const bool inside = node >= 0 && node < static_cast<int>(map.size());
-                node = inside ? map[node] : SL_DELETED_INT;
-            }
-            if (slot.isLive() && !slot.isDegenerate()) {
-                kept.push_back(slot);
-            }
-        }
-        slots = kept;
-        available = bound();
-    }
-};
+using Model = test::FacetModel<3>;
+using Nodes = Model::Nodes;
+using Slot = Model::Slot;
 
 std::vector<Slot> slotsOf(const TriangleArr &list) {
     std::vector<Slot> slots;
@@ -114,117 +34,6 @@ TriangleArr listOf(const std::vector<Nodes> &triangles) {
         list.AddTriangleM(nodes.data(), up);
     }
     return list;
-}
-
-TriangleCL liveTriangle(const Nodes &nodes) {
-    TriangleCL triangle(31);
-    triangle.SetTriangleM(nodes[0], nodes[1], nodes[2]);
-    return triangle;
-}
-
-void expectScansAgree(TriangleArr &list, const Model &model, test::Random &random) {
-    const int a = random.integer(0, 7);
-    const int b = random.integer(0, 7);
-    const Nodes three{a, b, random.integer(0, 7)};
-    int count = 0;
-    int edgeSlot = -5;
-    std::optional<int> behind;
-    int lastWithin = -1;
-    std::optional<int> firstEqual;
-    Int2DArr found;
-    list.FindTriangleM(a, &found);
-    int listed = 0;
-    for (int k = 0; k < model.bound(); ++k) {
-        const Nodes &nodes = model.slots[k].nodes;
-        const auto at = static_cast<int>(std::find(nodes.begin(), nodes.end(), a) - nodes.begin());
-        if (at < 3) {
-            const bool edge = nodes[(at + 1) % 3] == b || nodes[(at + 2) % 3] == b;
-            count += edge;
-            edgeSlot = edge ? k : edgeSlot;
-            behind = behind.value_or(nodes[(at + 1) % 3]);
-            ASSERT_EQ(found.GetItemPM(listed)[0], k);
-            ASSERT_EQ(found.GetItemPM(listed++)[1], at);
-        }
-        const auto isGiven = [&](int node) {
-            return std::count(three.begin(), three.end(), node) > 0;
-        };
-        lastWithin = std::all_of(nodes.begin(), nodes.end(), isGiven) ? k : lastWithin;
-        Nodes sorted = nodes;
-        Nodes sortedGiven = three;
-        std::sort(sorted.begin(), sorted.end());
-        std::sort(sortedGiven.begin(), sortedGiven.end());
-        firstEqual = sorted == sortedGiven ? firstEqual.value_or(k) : firstEqual;
-    }
-    ASSERT_EQ(found.GetBoundM(), listed);
-    int slot = -5;
-    ASSERT_EQ(list.JudgeBoundM(a, b, &slot), count);
-    ASSERT_EQ(slot, edgeSlot);
-    ASSERT_EQ(list.GetOneNeighbourPntM(a), behind.value_or(SL_DELETED_INT));
-    ASSERT_EQ(list.FindTriangleM(three.data()), lastWithin);
-    slot = -5;
-    ASSERT_EQ(list.FindTriangleM(three.data(), &slot), firstEqual ? 1 : 0);
-    ASSERT_EQ(slot, firstEqual.value_or(-5));
-}
-
-TEST(TriangleArr, EveryOperationAgreesWithThePlainModel) {
-    test::Random random(54);
-    for (int round = 0; round < 200; ++round) {
-        TriangleArr list;
-        Model model;
-        for (int step = 0; step < 30; ++step) {
-            const Nodes nodes{random.integer(0, 7), random.integer(0, 7), random.integer(0, 7)};
-            switch (random.integer(0, 9)) {
-            case 0:
-            case 1:
-            case 2:
-                list.AddTriangleM(nodes.data(), up);
-                model.add(nodes);
-                break;
-            case 3:
-            case 4:
-            case 5:
-                ASSERT_EQ(list.MergeTriangleLstM(liveTriangle(nodes)), model.merge(nodes));
-                break;
-            case 6:
-                list.ChangeNodeIdxM(nodes[0], nodes[1]);
-                model.change(nodes[0], nodes[1]);
-                break;
-            case 7:
-                if (random.oneIn(3)) {
-                    list.DelTriangleByVertexM(nodes[0]);
-                    model.delByVertex(nodes[0]);
-                } else if (nodes[0] < model.bound()) {
-                    list.DelItemM(nodes[0]);
-                    model.del(nodes[0]);
-                }
-                break;
-            case 8:
-                if (random.oneIn(3)) {
-                    const int lengthBefore = list.GetLengthM();
-                    const int boundBefore = list.GetBoundM();
-                    std::vector<int> map{0, 1, 2, 3, 4, 5, 6};
-                    map[nodes[0] % 7] = nodes[1];
-                    IntArr indexes;
-                    for (const int entry : map) {
-                        indexes.AddItemM(entry);
-                    }
-                    list.ResetNodeIdxM(indexes);
-                    model.reset(map);
-                    const bool inlineAgain = boundBefore >= 5 && list.GetBoundM() <= 4;
-                    ASSERT_EQ(list.GetLengthM(), inlineAgain ? 4 : lengthBefore);
-                }
-                break;
-            default:
-                if (random.oneIn(3)) {
-                    list.PurgeDeletedTrianglesM();
-                    std::erase_if(model.slots, [](const Slot &slot) { return !slot.isLive(); });
-                }
-            }
-            ASSERT_EQ(slotsOf(list), model.slots) << "round " << round;
-            ASSERT_EQ(list.GetAvailableNumM(), model.available);
-            ASSERT_NO_FATAL_FAILURE(expectScansAgree(list, model, random));
-        }
-    }
 }
 
 TEST(TriangleArr, ModifyInsertsBelowTheBoundAndStoresBehindIt) {
@@ -390,7 +199,7 @@ TEST(NodeArr, ClosingGapsRenumbersListAndTriangles) {
         expected.PurgeDeletedItemM();
         for (int target = 0; target < static_cast<int>(kept.size()); ++target) {
             if (kept[target] != target) {
-                model.change(kept[target], target);
+                model.change(kept[target], target, true);
                 expected.ChangeNodeIdxM(kept[target], target);
             }
         }

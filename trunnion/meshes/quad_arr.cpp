@@ -3,10 +3,10 @@
 
 #include <algorithm>
 
-#include "trunnion/containers/detail/item_array_impl.h"
-#include "trunnion/meshes/detail/facet_lists.h"
+#include "trunnion/meshes/detail/facet_arr_impl.h"
 
 template class ItemArr<QuadCL>;
+template class trunnion::detail::FacetArr<QuadCL>;
 
 QuadArr::~QuadArr() = default;
 
@@ -24,8 +24,7 @@ int QuadArr::ModifyM(int idx, int *nodes) {
 }
 
 void QuadArr::ChangeNodeIdxM(int oldNode, int newNode) {
-    std::for_each_n(changedItems(), bound,
-                    [=](QuadCL &quad) { quad.replaceNode(oldNode, newNode); });
+    replaceNode(oldNode, newNode, [](int /*slot*/) {});
 }
 
 void QuadArr::ResetNodeIdxM(const IntArr &map) {
@@ -39,12 +38,4 @@ void QuadArr::NegativeNormalVectM() {
 
 void QuadArr::TransByMatrixM(const float *const m) {
     std::for_each_n(changedItems(), bound, [m](QuadCL &quad) { quad.TransByMatrixM(m); });
-}
-
-int QuadArr::JudgeBoundM(int a, int b, int *slot) const {
-    return trunnion::detail::countEdge(items(), bound, a, b, slot);
-}
-
-int QuadArr::GetOneNeighbourPntM(int node) const {
-    return trunnion::detail::nodeBehind(items(), bound, node);
 }

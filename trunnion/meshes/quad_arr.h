@@ -1,16 +1,19 @@
 // QuadArr: the quad list of a mesh.
 //
 // A quad is four nodes in cyclic order; the diagonals are no edges. Its scans work as those of
-// TriangleArr: every slot below the bound, deleted ones too, in ascending order. What the list
-// shares with the others, streams included, stands in containers/item_array.h.
+// TriangleArr: every slot below the bound, deleted ones too, in ascending order. JudgeBoundM,
+// GetOneNeighbourPntM and when an index takes the place of the scans stand in meshes/facet_arr.h;
+// what the list shares with the others, streams included, in containers/item_array.h.
 #pragma once
 
 #include "trunnion/containers/item_array.h"
+#include "trunnion/meshes/facet_arr.h"
 #include "trunnion/meshes/mesh_records.h"
 
 extern template class ItemArr<QuadCL>;
+extern template class trunnion::detail::FacetArr<QuadCL>;
 
-class TRUNNION_API QuadArr : public ItemArr<QuadCL> {
+class TRUNNION_API QuadArr : public trunnion::detail::FacetArr<QuadCL> {
 public:
     QuadArr() = default;
     QuadArr(const QuadArr &) = default;
@@ -33,12 +36,6 @@ public:
     void NegativeNormalVectM();
     // Turns all normals by the matrix `m`, float[16].
     void TransByMatrixM(const float *const m);
-
-    // Number of quads that hold the edge between nodes a and b; *slot receives the highest one and
-    // stays when there is none.
-    int JudgeBoundM(int a, int b, int *slot) const;
-    // The node behind `node` in the lowest quad that holds it, or SL_DELETED_INT.
-    int GetOneNeighbourPntM(int node) const;
 
     // Text files, as in TriangleArr: reading, writing all slots under the name "QUAD", and writing
     // the live ones under the name "Quad".

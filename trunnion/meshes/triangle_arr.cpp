@@ -5,35 +5,18 @@
 #include <climits>
 #include <cmath>
 
-#include "trunnion/containers/detail/item_array_impl.h"
 #include "trunnion/containers/slot_array.h"
 #include "trunnion/geometry/detail/vec.h"
 #include "trunnion/geometry/scalars.h"
-#include "trunnion/meshes/detail/facet_index.h"
-#include "trunnion/meshes/detail/facet_lists.h"
+#include "trunnion/meshes/detail/facet_arr_impl.h"
 #include "trunnion/meshes/node_arr.h"
 
-using trunnion::detail::anyWithin;
 using trunnion::detail::dot;
-using trunnion::detail::enterTriangle;
+using trunnion::detail::liesWithin;
 using trunnion::detail::load3;
-using trunnion::detail::MergeIndex;
 
 template class ItemArr<TriangleCL>;
-
-namespace {
-
-bool holds(const int *nodes, int node) {
-    return nodes[0] == node || nodes[1] == node || nodes[2] == node;
-}
-
-// True if all nodes of the triangle are among the three of `nodes`.
-bool liesWithin(const TriangleCL &triangle, const int *nodes) {
-    const int *own = triangle.GetNodeIdxPM();
-    return holds(nodes, own[0]) && holds(nodes, own[1]) && holds(nodes, own[2]);
-}
-
-} // namespace
+template class trunnion::detail::FacetArr<TriangleCL>;
 
 TriangleArr::~TriangleArr() = default;
 
@@ -44,23 +27,11 @@ int TriangleArr::MergeTriangleLstM(TriangleCL triangle) {
     if (triangle.isDegenerate()) {
         return 0;
     }
-    const int *nodes = triangle.GetNodeIdxPM();
-    const bool indexed =
-        index.prepare({changeCount, writerMayLive, bound}, [this](MergeIndex &built, int slot) {
-            enterTriangle(built, items()[slot], slot);
-        });
-    const bool isDuplicate =
-        indexed ? anyWithin(index.slots(), nodes,
-                            [&](int slot) { return liesWithin(items()[slot], nodes); })
-                : FindTriangleM(nodes) >= 0;
-    if (!isDuplicate) {
-        const int slot = AddItemM(triangle);
-        if (indexed) {
-            enterTriangle(index, triangle, slot);
-        }
+    if (FindTriangleM(triangle.GetNodeIdxPM()) >= 0) {
+        return 0;
     }
-    index.finish(indexed, changeCount);
-    return isDuplicate ? 0 : 1;
+    AddItemM(triangle);
+    return 1;
 }
 
 void TriangleArr::AddTriangleM(const int *const nodes, const float *const normal) {
@@ -79,20 +50,19 @@ int TriangleArr::ModifyM(int idx, int *nodes, float *const normal) {
 // Deleting and renumbering
 
 void TriangleArr::DelTriangleByVertexM(int node) {
-    for (int i = 0; i < bound; ++i) {
-        if (isLive(items()[i]) && items()[i].positionOf(node) >= 0) {
-            DelItemM(i);
+    changeAt(node, [this](int slot) {
+        if (isLive(items()[slot])) {
+            DelItemM(slot);
         }
-    }
+    });
 }
 
 void TriangleArr::ChangeNodeIdxM(int oldNode, int newNode) {
-    TriangleCL *triangles = changedItems();
-    for (int i = 0; i < bound; ++i) {
-        if (triangles[i].replaceNode(oldNode, newNode) && triangles[i].isDegenerate()) {
-            DelItemM(i);
+    replaceNode(oldNode, newNode, [this](int slot) {
+        if (items()[slot].isDegenerate()) {
+            DelItemM(slot);
         }
-    }
+    });
 }
 
 void TriangleArr::changeNodes(const int *newNumbers, int count) {
@@ -188,73 +158,73 @@ void TriangleArr::GetMajorNormM(float *const normal) const {
 
 // Topology
 
-int TriangleArr::JudgeBoundM(int a, int b, int *slot) const {
-    return trunnion::detail::countEdge(items(), bound, a, b, slot);
-}
-
 int TriangleArr::GetOneBoundWithStIdxM(int previous, int *const pair, int *slot) const {
     const int current = pair[0];
     bool cameFromNeighbour = false;
     int count = 0;
-    for (int i = 0; i < bound; ++i) {
-        const int place = items()[i].positionOf(current);
-        if (place < 0) {
-            continue;
+    const auto leadsOn = [&](int next) {
+        if (next == previous) {
+            cameFromNeighbour = true;
+            return false;
         }
+        count = JudgeBoundM(current, next, slot);
+        if (count == 1) {
+            pair[1] = next;
+        }
+        return count == 1;
+    };
+    bool isFound = false;
+    anyAt(current, [&](int i) {
         TriangleCL triangle = items()[i];
         int others[2];
-        triangle.GetOtherTwoIdxI(place, others);
-        for (const int next : others) {
-            if (next == previous) {
-                cameFromNeighbour = true;
-                continue;
-            }
-            count = JudgeBoundM(current, next, slot);
-            if (count == 1) {
-                pair[1] = next;
-                return 1;
-            }
-        }
-    }
-    if (cameFromNeighbour) {
+        triangle.GetOtherTwoIdxI(triangle.positionOf(current), others);
+        isFound = leadsOn(others[0]) || leadsOn(others[1]);
+        return isFound;
+    });
+    if (!isFound && cameFromNeighbour) {
         pair[1] = previous;
         return 1;
     }
     return count;
 }
 
-int TriangleArr::GetOneNeighbourPntM(int node) const {
-    return trunnion::detail::nodeBehind(items(), bound, node);
-}
-
 // Finding triangles
 
 int TriangleArr::FindTriangleM(const int *const nodes) const {
-    for (int i = bound - 1; i >= 0; --i) {
-        if (liesWithin(items()[i], nodes)) {
-            return i;
-        }
+    if (const auto *found = searchIndex()) {
+        return found->highestWithin(nodes);
     }
-    return -1;
+    int slot = bound - 1;
+    while (slot >= 0 && !liesWithin(items()[slot], nodes)) {
+        --slot;
+    }
+    noteScan(bound - 1 - slot);
+    return slot;
 }
 
 int TriangleArr::FindTriangleM(const int *const nodes, int *slot) {
-    for (int i = 0; i < bound; ++i) {
-        if (std::is_permutation(nodes, nodes + 3, items()[i].GetNodeIdxPM())) {
-            *slot = i;
-            return 1;
+    const auto lowestEqual = [&] {
+        if (const auto *found = searchIndex()) {
+            return found->lowestEqual(nodes);
         }
-    }
-    return 0;
+        int i = 0;
+        while (i < bound && !std::is_permutation(nodes, nodes + 3, items()[i].GetNodeIdxPM())) {
+            ++i;
+        }
+        noteScan(i);
+        return i < bound ? i : -1;
+    };
+    const int lowest = lowestEqual();
+    *slot = lowest >= 0 ? lowest : *slot;
+    return lowest >= 0 ? 1 : 0;
 }
 
 void TriangleArr::FindTriangleM(int node, Int2DArr *found) const {
-    for (int i = 0; i < bound; ++i) {
-        const int entry[2] = {i, items()[i].positionOf(node)};
-        if (entry[1] >= 0) {
-            found->AddItemM(entry);
-        }
-    }
+    anyAt(node, [&](int slot) {
+        const int entry[2] = {slot, items()[slot].positionOf(node)};
+        found->AddItemM(entry);
+        return false;
+    });
 }
 
 void TriangleArr::FindTriangleByVectM(const float *const vector, const NodeArr &nodes,

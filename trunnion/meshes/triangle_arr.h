@@ -4,14 +4,15 @@
 // facets meet at a node is worked out by scans over the node indexes. A scan visits every slot
 // below the bound in ascending order and, unless an operation says otherwise, does not look at the
 // tag: a deleted triangle keeps its indexes and still takes part. PurgeDeletedTrianglesM takes it
-// out. Indexes are not compared with a node list. Every operation is linear in the list; what the
-// list shares with the others, streams included, stands in containers/item_array.h.
+// out. Indexes are not compared with a node list. When an index takes the place of the scans stands
+// in meshes/facet_arr.h; what the list shares with the others, streams included, in
+// containers/item_array.h.
 //
 // A triangle is degenerate when two of its indexes are equal. An edge has no direction.
 #pragma once
 
 #include "trunnion/containers/item_array.h"
-#include "trunnion/meshes/detail/merge_index.h"
+#include "trunnion/meshes/facet_arr.h"
 #include "trunnion/meshes/mesh_records.h"
 
 class Int2DArr;
@@ -20,8 +21,9 @@ class Point2DArr;
 struct XYCoordSysD;
 
 extern template class ItemArr<TriangleCL>;
+extern template class trunnion::detail::FacetArr<TriangleCL>;
 
-class TRUNNION_API TriangleArr : public ItemArr<TriangleCL> {
+class TRUNNION_API TriangleArr : public trunnion::detail::FacetArr<TriangleCL> {
 public:
     TriangleArr() = default;
     TriangleArr(const TriangleArr &) = default;
@@ -66,19 +68,14 @@ public:
     // that of slot 0.
     void GetMajorNormM(float *const normal) const;
 
-    // Topology.
+    // Topology; JudgeBoundM and GetOneNeighbourPntM stand in FacetArr.
 
-    // Number of triangles that hold the edge from node a to node b; *slot receives the highest one
-    // and stays when there is none. 1 is a boundary edge, 2 an inner edge, more a non-manifold one.
-    int JudgeBoundM(int a, int b, int *slot) const;
     // One step along the boundary of the mesh from node pair[0], reached from node `previous` (any
     // number that is no neighbour, on the first step): 1, with the next node in pair[1] and a slot
     // of the edge in *slot. The lowest slot with a boundary edge wins, in it the lower position;
     // where there is no other way the step goes back to `previous`. Without any step the result is
-    // not 1 and pair[1] stays. Each edge tried costs a scan.
+    // not 1 and pair[1] stays.
     int GetOneBoundWithStIdxM(int previous, int *const pair, int *slot) const;
-    // The node behind `node` in the lowest triangle that holds it, or SL_DELETED_INT.
-    int GetOneNeighbourPntM(int node) const;
 
     // Finding triangles.
 

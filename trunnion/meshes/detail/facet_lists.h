@@ -2,6 +2,8 @@
 // scan visits the facets in ascending order and does not look at the tags.
 #pragma once
 
+#include <algorithm>
+
 #include "trunnion/containers/item_base.h"
 #include "trunnion/meshes/mesh_records.h"
 
@@ -21,13 +23,22 @@ int renumberFacets(Item *facets, int count, const IntArr &map) {
     return dropped;
 }
 
-// True if b stands next to the first place of a in the facet's cycle.
+// True if the node stands at some position of the facet. Without a branch for each position: a scan
+// asks it of facets that nearly all do not hold the node.
 template <class Item>
-bool holdsEdge(const Item &facet, int a, int b) {
-    constexpr int corners = Item::cornerCount;
-    const int *nodes = facet.GetNodeIdxPM();
-    const int place = facet.positionOf(a);
-    return place >= 0 &&
+bool holdsNode(const Item &facet, int node) {
+    bool holds = false;
+    for (int i = 0; i < Item::cornerCount; ++i) {
+        holds |= facet.GetNodeIdxPM()[i] == node;
+    }
+    return holds;
+}
+
+// True if b stands next to the first place of a in the cycle of a facet's nodes.
+template <int corners>
+bool holdsEdge(const int *nodes, int a, int b) {
+    const auto place = static_cast<int>(std::find(nodes, nodes + corners, a) - nodes);
+    return place < corners &&
            (nodes[(place + 1) % corners] == b || nodes[(place + corners - 1) % corners] == b);
 }
 
@@ -36,7 +47,8 @@ template <class Item>
 int countEdge(const Item *facets, int count, int a, int b, int *slot) {
     int found = 0;
     for (int i = 0; i < count; ++i) {
-        if (holdsEdge(facets[i], a, b)) {
+        if (holdsNode(facets[i], a) &&
+            holdsEdge<Item::cornerCount>(facets[i].GetNodeIdxPM(), a, b)) {
             ++found;
             *slot = i;
         }
@@ -44,16 +56,12 @@ int countEdge(const Item *facets, int count, int a, int b, int *slot) {
     return found;
 }
 
-// The node behind `node` in the lowest facet that holds it, or SL_DELETED_INT.
-template <class Item>
-int nodeBehind(const Item *facets, int count, int node) {
-    for (int i = 0; i < count; ++i) {
-        const int place = facets[i].positionOf(node);
-        if (place >= 0) {
-            return facets[i].GetNodeIdxPM()[(place + 1) % Item::cornerCount];
-        }
-    }
-    return SL_DELETED_INT;
+// True if all nodes of the triangle are among the three of `nodes`.
+inline bool liesWithin(const TriangleCL &triangle, const int *nodes) {
+    const int *own = triangle.GetNodeIdxPM();
+    return std::all_of(own, own + 3, [nodes](int node) {
+        return node == nodes[0] || node == nodes[1] || node == nodes[2];
+    });
 }
 
 } // namespace trunnion::detail
