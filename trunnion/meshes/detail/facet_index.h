@@ -191,7 +191,8 @@ private:
                     continue;
                 }
                 if (number >= counts.size()) {
-                    counts.resize(std::min(std::max(number + 1UL, 2 * counts.size()), limit));
+                    counts.resize(
+                        std::min(std::max(std::size_t{number} + 1, 2 * counts.size()), limit));
                 }
                 ++counts[number];
             }
