@@ -2,9 +2,13 @@
 // damaged files, and the state around them.
 #include "trunnion/persistence/stream.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <climits>
 #include <cmath>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <functional>
@@ -114,7 +118,10 @@ TEST_F(StreamTest, FloatsOfEveryBitPatternComeBackFromTextUnchanged) {
     test::Random random(21);
     std::vector<float> values = {std::numeric_limits<float>::infinity(),
                                  -std::numeric_limits<float>::infinity(), -0.0F};
-    for (int i = 0; i < 2000; ++i) {
+    for (int power = -149; power < 128; ++power) { // among them halves of the ninth digit
+        values.push_back(std::ldexp(1.0F, power));
+    }
+    for (int i = 0; i < 20000; ++i) {
         const int high = random.integer(0, 0xFFFF);
         const float value = std::bit_cast<float>(high << 16 | random.integer(0, 0xFFFF));
         if (!std::isnan(value)) {
@@ -166,6 +173,120 @@ TEST_F(StreamTest, NumbersAreScannedAsFarAsTheyGo) {
         EXPECT_EQ(thrown([&] { stream.InputRM(&value); }), 107) << text;
         EXPECT_EQ(value, 9.0F) << text;
     }
+}
+
+// Numbers as a damaged or foreign file may hold them, and numbers around the middle of two floats.
+std::string randomNumber(test::Random &random) {
+    const std::string odd[] = {"1e",
+                               "-",
+                               ".",
+                               "5.",
+                               "+.5",
+                               "-0",
+                               "inf",
+                               "-nan",
+                               "1e400",
+                               "1e-400",
+                               "1e+5",
+                               "0x10",
+                               "1e1e1",
+                               "--1",
+                               "1,5",
+                               "+-1",
+                               "1e-7",
+                               "",
+                               "1.2.3",
+                               "0e999",
+                               "1" + std::string(260, '0'),
+                               "0." + std::string(100, '3')};
+    if (random.oneIn(4)) {
+        return odd[random.integer(0, static_cast<int>(std::size(odd)) - 1)];
+    }
+    const auto bits = static_cast<std::uint32_t>(random.integer(0, 0x7F7F)) << 16 |
+                      static_cast<std::uint32_t>(random.integer(0, 0xFFFF));
+    const double value = static_cast<double>(std::bit_cast<float>(bits));
+    const double next = static_cast<double>(std::bit_cast<float>(bits + 1));
+    const char *const formats[] = {"%16.8e", "%.14e", "%+.3f", "%g", "%.0f", "%.60g", "%.15g"};
+    char text[400];
+    std::snprintf(text, sizeof text, formats[random.integer(0, 6)],
+                  random.oneIn(3) ? value + (next - value) / 2 : value);
+    return text;
+}
+
+// What the stream reads from lines of three floats, line by line: code, position, values as bits.
+std::vector<std::array<int, 5>> readPoints(TqIOCL &stream) {
+    std::vector<std::array<int, 5>> lines;
+    while (stream.EofM() == 0) {
+        std::array<float, 3> point{};
+        const int code = thrown([&] { stream.InputPoint3DM(point.data()); });
+        lines.push_back({code, stream.TellM()});
+        std::memcpy(&lines.back()[2], point.data(), sizeof point);
+        if (code != 0) {
+            stream.SkipLineM();
+        }
+    }
+    return lines;
+}
+
+// A file without a buffer is read character by character: nothing that is read from the buffer
+// may come out differently, wherever the buffer ends.
+TEST_F(StreamTest, ValuesDoNotDependOnTheBuffer) {
+    test::Random random(23);
+    std::string text;
+    for (int i = 0; i < 6000; ++i) {
+        text += randomNumber(random) + (i % 3 == 2 ? random.oneIn(2) ? "\r\n" : " rest\n" : ", ");
+    }
+    TqIOCL stream;
+    open(stream, text);
+    const auto buffered = readPoints(stream);
+    for (const int mode : {_IONBF, _IOFBF}) {
+        open(stream, text);
+        char buffer[61]; // shorter than a line
+        std::setvbuf(stream.GetFileDescriptM(), buffer, mode, sizeof buffer);
+        EXPECT_EQ(readPoints(stream), buffered);
+        stream.CloseM();
+    }
+    EXPECT_GT(buffered.size(), 1900U);
+    EXPECT_GT(
+        std::count_if(buffered.begin(), buffered.end(), [](auto &line) { return line[0] == 0; }),
+        300);
+}
+
+TEST_F(StreamTest, FileItselfMayBeUsedBetweenTheCalls) {
+    const float point[3] = {1.0F, -2.0F, 3.0F};
+    for (const int mode : {_IOFBF, _IOLBF, _IONBF}) {
+        std::string expected;
+        const std::string text = written("w", [&](TqIOCL &stream) {
+            std::setvbuf(stream.GetFileDescriptM(), nullptr, mode, 4096);
+            for (int i = 0; i < 200; ++i) {
+                stream.OutputPoint3DM(point);
+                expected += "  1.00000000e+00,  -2.00000000e+00,   3.00000000e+00\n";
+                EXPECT_EQ(std::fprintf(stream.GetFileDescriptM(), "%d\n", i), i < 10    ? 2
+                                                                              : i < 100 ? 3
+                                                                                        : 4);
+                expected += std::to_string(i) + "\n";
+                EXPECT_EQ(stream.TellM(), static_cast<int>(expected.size()));
+            }
+        });
+        EXPECT_EQ(text, expected);
+    }
+    TqIOCL stream;
+    stream.OpenM(path.c_str(), "r+");
+    for (int i = 0; i < 200; ++i) {
+        float back[3] = {};
+        int number = -1;
+        stream.InputPoint3DM(back);
+        EXPECT_EQ(back[1], -2.0F);
+        std::ungetc(std::getc(stream.GetFileDescriptM()), stream.GetFileDescriptM());
+        EXPECT_EQ(std::fscanf(stream.GetFileDescriptM(), "%d\n", &number), 1);
+        EXPECT_EQ(number, i);
+    }
+    stream.SeekM(0, SEEK_SET); // from reading to writing, and back
+    stream.OutputPoint2DM(point + 1);
+    stream.SeekM(0, SEEK_SET);
+    float back = 0.0F;
+    stream.InputRM(&back);
+    EXPECT_EQ(back, -2.0F);
 }
 
 TEST_F(StreamTest, IntegersOutOfRangeAreRefusedAndBytesTakeTheLowOne) {

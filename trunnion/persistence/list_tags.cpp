@@ -1,9 +1,13 @@
 #include "trunnion/persistence/list_tags.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
+#include <utility>
 
 #include "trunnion/persistence/detail/list_frame.h"
+#include "trunnion/persistence/detail/number_text.h"
 #include "trunnion/persistence/detail/stream_access.h"
 #include "trunnion/persistence/stream.h"
 
@@ -42,21 +46,44 @@ int slGetArrEndStr(char *out, const char *name) {
 
 namespace trunnion::detail {
 
-void ListFrameWriter::begin(int bound) const {
+ListFrameWriter::ListFrameWriter(TqIOCL &target, std::string headFormat, const char *listName)
+    : stream(target),
+      format(std::move(headFormat)),
+      name(listName),
+      indexTag(::indexTag(name)),
+      numberWidth(-1) {
+    for (const auto &[number, width] : {std::pair("%10d", 10), std::pair("%d", 0)}) {
+        const std::string_view joined = format;
+        if (joined.starts_with(number) && joined.ends_with("%s") &&
+            std::count(format.begin(), format.end(), '%') == 2) {
+            numberWidth = width;
+            behindIndex = joined.substr(std::strlen(number));
+            behindIndex.replace(behindIndex.size() - 2, 2, indexTag);
+        }
+    }
+}
+
+void ListFrameWriter::begin(int bound) {
     headLine(bound, beginTag(name));
 }
 
-void ListFrameWriter::index(int slot) const {
-    headLine(slot, indexTag(name));
+void ListFrameWriter::index(int slot) {
+    if (numberWidth < 0) {
+        headLine(slot, indexTag);
+        return;
+    }
+    char number[longestNumber];
+    line.assign(number, printInteger(number, slot, numberWidth)).append(behindIndex);
+    stream.OutputSM(line.c_str(), -1, 1);
 }
 
-void ListFrameWriter::end() const {
+void ListFrameWriter::end() {
     stream.OutputSM(endTag(name).c_str(), -1, 1);
 }
 
-void ListFrameWriter::headLine(int number, const std::string &tag) const {
+void ListFrameWriter::headLine(int number, const std::string &tag) {
     const int length = std::snprintf(nullptr, 0, format.c_str(), number, tag.c_str());
-    std::string line(static_cast<std::size_t>(length) + 1, '\0');
+    line.resize(static_cast<std::size_t>(length) + 1);
     std::snprintf(line.data(), line.size(), format.c_str(), number, tag.c_str());
     stream.OutputSM(line.c_str(), -1, 1);
 }

@@ -30,9 +30,9 @@ constexpr const char *defaultFormats[] = {
 };
 
 // Copies what fits of `text`, which may be a part of `out`; null counts as empty.
-template <std::size_t Size>
-void copyText(char (&out)[Size], const char *text) {
-    const std::size_t length = text != nullptr ? std::min(std::strlen(text), Size - 1) : 0;
+template <std::size_t size>
+void copyText(char (&out)[size], const char *text) {
+    const std::size_t length = text != nullptr ? std::min(std::strlen(text), size - 1) : 0;
     if (length > 0) {
         std::memmove(out, text, length);
     }
@@ -236,12 +236,12 @@ int TqIOCL::SkipLineM() {
 
 int TqIOCL::InputSeparatorM() {
     std::FILE *file = required(fileDescript, readFailed);
-    const int character = std::getc(file);
+    const int character = nextByte(file);
     if (character == EOF) {
         throw readFailed;
     }
     if (Transfer::isText(*this) && character == '\r') {
-        const int following = std::getc(file);
+        const int following = nextByte(file);
         if (following != '\n') {
             std::ungetc(following, file);
         }
@@ -335,7 +335,7 @@ void TqIOCL::readOneItemBinaryM(void *item, int size) {
         return;
     }
     const std::size_t bytes = static_cast<std::size_t>(size);
-    if (std::fread(item, 1, bytes, required(fileDescript, readFailed)) != bytes) {
+    if (readBytes(required(fileDescript, readFailed), item, bytes) != bytes) {
         throw readFailed;
     }
 }
@@ -345,7 +345,7 @@ void TqIOCL::writeOneItemBinaryM(const void *item, int size) {
         return;
     }
     const std::size_t bytes = static_cast<std::size_t>(size);
-    if (std::fwrite(item, 1, bytes, required(fileDescript, writeFailed)) != bytes) {
+    if (writeBytes(required(fileDescript, writeFailed), item, bytes) != bytes) {
         throw writeFailed;
     }
 }

@@ -94,28 +94,28 @@ struct TqIOCL::Values {
         return Transfer::finish(stream, printer);
     }
 
-    template <std::size_t Count, class T>
+    template <std::size_t count, class T>
     static int writeTuple(TqIOCL &stream, StreamFormat format, const T *value) {
         if (Transfer::isText(stream)) {
-            return printTuple<Count>(stream, format, required(value, writeFailed));
+            return printTuple<count>(stream, format, required(value, writeFailed));
         }
-        stream.writeOneItemBinaryM(value, sizeof(T) * Count);
+        stream.writeOneItemBinaryM(value, sizeof(T) * count);
         return 1;
     }
 
-    template <std::size_t Count, class T>
+    template <std::size_t count, class T>
     static int printTuple(TqIOCL &stream, StreamFormat format, const T *value) {
         LinePrinter printer(required(stream.fileDescript, writeFailed));
         if (!Transfer::isDefault(stream, format)) {
             T member[4] = {};
-            std::copy_n(value, Count, member);
+            std::copy_n(value, count, member);
             // printf passes over the members that the format of a shorter tuple does not name.
             printer.formatted(stream.fmt[format], promoted(member[0]), promoted(member[1]),
                               promoted(member[2]), promoted(member[3]));
             return Transfer::finish(stream, printer);
         }
         printDefault(printer, value[0]);
-        for (std::size_t i = 1; i < Count; ++i) {
+        for (std::size_t i = 1; i < count; ++i) {
             printer.separator(", ");
             printDefault(printer, value[i]);
         }
@@ -135,19 +135,19 @@ struct TqIOCL::Values {
         return 1;
     }
 
-    template <std::size_t Count, class T>
+    template <std::size_t count, class T>
     static int readTuple(TqIOCL &stream, T *value) {
         if (Transfer::isText(stream)) {
-            return scanTuple<Count>(stream, required(value, readFailed));
+            return scanTuple<count>(stream, required(value, readFailed));
         }
-        stream.readOneItemBinaryM(value, sizeof(T) * Count);
+        stream.readOneItemBinaryM(value, sizeof(T) * count);
         return 1;
     }
 
-    template <std::size_t Count, class T>
+    template <std::size_t count, class T>
     static int scanTuple(TqIOCL &stream, T *value) {
-        std::array<T *, Count> members;
-        for (std::size_t i = 0; i < Count; ++i) {
+        std::array<T *, count> members;
+        for (std::size_t i = 0; i < count; ++i) {
             members[i] = value + i;
         }
         return scan<T>(stream, members);

@@ -33,9 +33,11 @@ bool seekFile(std::FILE *file, std::int64_t offset, int origin);
 // fprintf, which on every system tells by a result below 0 that it could not hand the text over.
 int printTo(std::FILE *file, const char *format, ...);
 
-// fgetc without the lock that a file takes in a program with threads: a file belongs to one thread
-// at a time, and the readers of text ask for every single character.
-int nextByte(std::FILE *file);
+// fread, fwrite and fgetc without the lock that a file takes in a program with threads, where the
+// system has them: a file belongs to one thread at a time.
+std::size_t readBytes(std::FILE *file, void *out, std::size_t size);
+std::size_t writeBytes(std::FILE *file, const void *bytes, std::size_t size);
+int nextByteUnlocked(std::FILE *file);
 
 inline constexpr int attributeReadOnly = 1;
 inline constexpr int attributeDirectory = 16;

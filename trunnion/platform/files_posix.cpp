@@ -118,7 +118,29 @@ int printTo(std::FILE *file, const char *format, ...) {
     return printed;
 }
 
-int nextByte(std::FILE *file) {
+#ifdef __GLIBC__
+
+std::size_t readBytes(std::FILE *file, void *out, std::size_t size) {
+    return fread_unlocked(out, 1, size, file);
+}
+
+std::size_t writeBytes(std::FILE *file, const void *bytes, std::size_t size) {
+    return fwrite_unlocked(bytes, 1, size, file);
+}
+
+#else
+
+std::size_t readBytes(std::FILE *file, void *out, std::size_t size) {
+    return std::fread(out, 1, size, file);
+}
+
+std::size_t writeBytes(std::FILE *file, const void *bytes, std::size_t size) {
+    return std::fwrite(bytes, 1, size, file);
+}
+
+#endif
+
+int nextByteUnlocked(std::FILE *file) {
     return getc_unlocked(file);
 }
 

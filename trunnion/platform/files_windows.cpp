@@ -70,7 +70,15 @@ int printTo(std::FILE *file, const char *format, ...) {
                                                                                         : -1;
 }
 
-int nextByte(std::FILE *file) {
+std::size_t readBytes(std::FILE *file, void *out, std::size_t size) {
+    return std::fread(out, 1, size, file);
+}
+
+std::size_t writeBytes(std::FILE *file, const void *bytes, std::size_t size) {
+    return std::fwrite(bytes, 1, size, file);
+}
+
+int nextByteUnlocked(std::FILE *file) {
     return _getc_nolock(file);
 }
 

@@ -82,9 +82,9 @@ std::string_view withoutQuotes(std::string_view text) {
 // dropped, since the values are zero-terminated texts to their users.
 bool readLine(std::FILE *file, std::string &line) {
     line.clear();
-    int c = trunnion::detail::nextByte(file);
+    int c = trunnion::detail::nextByteUnlocked(file);
     const bool any = c != EOF;
-    for (; c != EOF && c != '\n'; c = trunnion::detail::nextByte(file)) {
+    for (; c != EOF && c != '\n'; c = trunnion::detail::nextByteUnlocked(file)) {
         line += static_cast<char>(c);
     }
     line.resize(std::strlen(line.c_str()));

@@ -204,7 +204,7 @@ void ItemArr<T>::FmOutputOzkLstM(TqIOCL *stream, const char *name) const {
         std::for_each_n(items(), bound, [&](const T &item) { item.FmOutputOzkFileM(stream); });
         return;
     }
-    const trunnion::detail::ListFrameWriter frame(*stream, "%d, %s", name);
+    trunnion::detail::ListFrameWriter frame(*stream, "%d, %s", name);
     frame.begin(bound);
     for (int i = 0; i < bound; ++i) {
         frame.index(i);

@@ -137,7 +137,7 @@ void ListedSlots<Slots>::readBinary(TqIOCL &stream) {
 template <class Slots>
 void ListedSlots<Slots>::writeText(TqIOCL &stream, const char *name) const {
     const int noted = forceAutoNewLine(stream);
-    const ListFrameWriter frame(stream, streamHeadFormat(stream), name);
+    ListFrameWriter frame(stream, streamHeadFormat(stream), name);
     frame.begin(bound);
     if (Slots::listForm == ListForm::plain) {
         stream.OutputDM(&this->available);

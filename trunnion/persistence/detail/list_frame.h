@@ -11,19 +11,24 @@ namespace trunnion::detail {
 // stream's own, or the one of the item lists.
 class ListFrameWriter {
 public:
-    ListFrameWriter(TqIOCL &target, std::string headFormat, const char *listName)
-        : stream(target), format(std::move(headFormat)), name(listName) {}
+    ListFrameWriter(TqIOCL &target, std::string headFormat, const char *listName);
 
-    void begin(int bound) const;
-    void index(int slot) const;
-    void end() const;
+    void begin(int bound);
+    void index(int slot);
+    void end();
 
 private:
-    void headLine(int number, const std::string &tag) const;
+    void headLine(int number, const std::string &tag);
 
     TqIOCL &stream;
     std::string format;
     std::string name;
+    std::string indexTag;
+    // Where the format is the usual one, "%10d" or "%d" and what a tag is joined on with: the width
+    // of the number and what stands behind it in an index line. Else the width is negative.
+    int numberWidth;
+    std::string behindIndex;
+    std::string line; // its memory serves every line
 };
 
 // The head line format of the slot arrays, which follows the stream's separator.

@@ -1,26 +1,14 @@
 #include "trunnion/persistence/detail/text_io.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <string_view>
-#include <system_error>
 
-#include "trunnion/platform/files.h"
+#include "trunnion/persistence/detail/number_text.h"
 
 namespace trunnion::detail {
 
 namespace {
-
-// The white space of the C locale, whatever the locale of the host is: a byte above 127 is a part
-// of a GBK character.
-bool isSpace(int character) {
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
-bool isDigit(int character) {
-    return character >= '0' && character <= '9';
-}
 
 // Skips white space and reads the character behind it; EOF at the end of the file.
 int firstBehindSpace(std::FILE *file) {
@@ -111,54 +99,64 @@ bool takeRealText(NumberText &text) {
     return hasDigits && !text.isTooLong();
 }
 
-// `text`, a whole number text, as a value; false, with `value` unchanged, if it does not fit.
-template <class Number>
-bool parse(std::string_view text, Number &value) {
-    return std::from_chars(text.data(), text.data() + text.size(), value).ec == std::errc();
+bool scanInGeneral(std::FILE *file, int &value) {
+    NumberText text(file);
+    text.takeSign();
+    return text.takeDigits() && !text.isTooLong() && parseInteger(text.view(), value);
 }
 
-// True if the number, which no float can hold, is a tiny one and not a huge one: its first digit
-// other than 0, if it has one, stands behind the decimal point once the exponent has moved it.
-bool isTiny(std::string_view text) {
-    const std::size_t end = std::min(text.find_first_of("eE"), text.size());
-    const std::size_t point = std::min(text.find('.'), end);
-    const std::size_t first = text.find_first_of("123456789");
-    if (first >= end) {
-        return true;
+bool scanInGeneral(std::FILE *file, float &value) {
+    NumberText text(file);
+    return takeRealText(text) && parseReal(text.view(), value);
+}
+
+// Nearly every number lies as a whole in what the file has fetched already.
+template <class Number>
+bool scan(std::FILE *file, Number &value) {
+    const std::span<const char> fetched = fetchedBytes(file);
+    const char *const begin = fetched.data();
+    const char *const end = scanUsual(begin, begin + fetched.size(), value);
+    if (end == nullptr) {
+        return scanInGeneral(file, value);
     }
-    const long long place =
-        static_cast<long long>(point) - static_cast<long long>(first) + (first > point ? 1 : 0);
-    int exponent = 0;
-    if (end < text.size() && !parse(text.substr(end + 1), exponent)) {
-        return text[end + 1] == '-';
-    }
-    return place + exponent <= 0;
+    passFetched(file, static_cast<std::size_t>(end - begin));
+    return true;
 }
 
 } // namespace
 
 bool scanNumber(std::FILE *file, int &value) {
-    NumberText text(file);
-    text.takeSign();
-    return text.takeDigits() && !text.isTooLong() && parse(text.view(), value);
+    return scan(file, value);
 }
 
 bool scanNumber(std::FILE *file, float &value) {
-    NumberText text(file);
-    if (!takeRealText(text)) {
-        return false;
-    }
-    if (parse(text.view(), value)) {
-        return true;
-    }
-    if (isTiny(text.view())) {
-        value = text.view().front() == '-' ? -0.0F : 0.0F;
-        return true;
-    }
-    return false;
+    return scan(file, value);
 }
 
-bool scanSeparator(std::FILE *file, const char *separator) {
+namespace {
+
+// scanSeparator on the characters from `text` to `end`: where the separator or the part of it that
+// is there ends, or null where that cannot be told without a look behind `end`.
+const char *passSeparator(const char *text, const char *end, const char *separator, bool &isThere) {
+    isThere = true;
+    for (; *separator != '\0' && isThere; ++separator) {
+        if (isSpace(*separator)) {
+            while (text != end && isSpace(*text)) {
+                ++text;
+            }
+        } else if (text != end) {
+            separator += separator[0] == '%' && separator[1] == '%' ? 1 : 0;
+            isThere = *text == *separator;
+            text += isThere ? 1 : 0;
+        }
+        if (text == end) {
+            return nullptr;
+        }
+    }
+    return text;
+}
+
+bool scanSeparatorInGeneral(std::FILE *file, const char *separator) {
     for (; *separator != '\0'; ++separator) {
         if (isSpace(*separator)) {
             skipSpace(file);
@@ -174,6 +172,20 @@ bool scanSeparator(std::FILE *file, const char *separator) {
         }
     }
     return true;
+}
+
+} // namespace
+
+bool scanSeparator(std::FILE *file, const char *separator) {
+    const std::span<const char> fetched = fetchedBytes(file);
+    const char *const begin = fetched.data();
+    bool isThere = false;
+    const char *const end = passSeparator(begin, begin + fetched.size(), separator, isThere);
+    if (end == nullptr) {
+        return scanSeparatorInGeneral(file, separator);
+    }
+    passFetched(file, static_cast<std::size_t>(end - begin));
+    return isThere;
 }
 
 std::size_t scanWord(std::FILE *file, char *word, std::size_t room) {
@@ -196,7 +208,9 @@ void skipSpace(std::FILE *file) {
     std::ungetc(firstBehindSpace(file), file);
 }
 
-bool scanLine(std::FILE *file, char *line, int size) {
+namespace {
+
+bool scanLineInGeneral(std::FILE *file, char *line, int size) {
     int length = 0;
     int character = nextByte(file);
     while (character != EOF && character != '\n') {
@@ -212,18 +226,32 @@ bool scanLine(std::FILE *file, char *line, int size) {
     return character == '\n';
 }
 
+} // namespace
+
+bool scanLine(std::FILE *file, char *line, int size) {
+    const std::span<const char> fetched = fetchedBytes(file);
+    const char *const begin = fetched.data();
+    const auto *const lineFeed =
+        fetched.empty() ? nullptr
+                        : static_cast<const char *>(std::memchr(begin, '\n', fetched.size()));
+    if (lineFeed == nullptr) {
+        return scanLineInGeneral(file, line, size);
+    }
+    const std::ptrdiff_t length =
+        lineFeed - begin - (lineFeed != begin && lineFeed[-1] == '\r' ? 1 : 0);
+    if (size > 0) {
+        *std::copy_n(begin, std::min<std::ptrdiff_t>(length, size - 1), line) = '\0';
+    }
+    passFetched(file, static_cast<std::size_t>(lineFeed + 1 - begin));
+    return true;
+}
+
 void LinePrinter::integer(int value, int width) {
-    char digits[16];
-    const char *end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-    padded(digits, static_cast<std::size_t>(end - digits), static_cast<std::size_t>(width));
+    end = printInteger(end, value, width);
 }
 
 void LinePrinter::real(float value) {
-    char digits[32];
-    const char *end = std::to_chars(digits, digits + sizeof digits, static_cast<double>(value),
-                                    std::chars_format::scientific, 8)
-                          .ptr;
-    padded(digits, static_cast<std::size_t>(end - digits), 16);
+    end = printReal(end, value);
 }
 
 void LinePrinter::separator(const char *text) {
@@ -231,39 +259,43 @@ void LinePrinter::separator(const char *text) {
         if (text[0] == '%' && text[1] == '%') {
             ++text;
         }
-        line[used++] = *text;
+        *end++ = *text;
     }
 }
 
 void LinePrinter::text(const char *text) {
     const std::size_t length = std::strlen(text);
-    if (length < capacity - used) { // leaves room for the new line
-        std::memcpy(line + used, text, length);
-        used += length;
+    if (length < capacity - static_cast<std::size_t>(end - begin)) { // leaves room for the new line
+        std::memcpy(end, text, length);
+        end += length;
         return;
     }
     flush();
-    failed |= std::fwrite(text, 1, length, file) != length;
+    failed |= writeBytes(file, text, length) != length;
+    start();
 }
 
 bool LinePrinter::finish(bool newLine) {
     if (newLine) {
-        line[used++] = '\n';
+        *end++ = '\n';
     }
     flush();
     return !failed;
 }
 
-void LinePrinter::padded(const char *digits, std::size_t length, std::size_t width) {
-    const std::size_t blanks = width > length ? width - length : 0;
-    std::memset(line + used, ' ', blanks);
-    std::memcpy(line + used + blanks, digits, length);
-    used += blanks + length;
+void LinePrinter::start() {
+    const std::span<char> room = writableRoom(file);
+    begin = room.size() >= capacity ? room.data() : line;
+    end = begin;
 }
 
 void LinePrinter::flush() {
-    failed |= used > 0 && std::fwrite(line, 1, used, file) != used;
-    used = 0;
+    const auto used = static_cast<std::size_t>(end - begin);
+    if (begin != line) {
+        passWritten(file, used);
+    } else {
+        failed |= used > 0 && writeBytes(file, line, used) != used;
+    }
 }
 
 } // namespace trunnion::detail

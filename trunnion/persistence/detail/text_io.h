@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "trunnion/platform/files.h"
+#include "trunnion/platform/file_buffer.h"
 
 namespace trunnion::detail {
 
@@ -35,11 +35,13 @@ void skipSpace(std::FILE *file);
 // below 1 stores nothing. False if the file ended, or could not be read, before a line end.
 bool scanLine(std::FILE *file, char *line, int size);
 
-// A printed line on its way to the file: collected in a buffer and handed over at once, so that the
-// file is asked once for each line and not once for each value.
+// A printed line on its way to the file: printed into the buffer of the file where that has room
+// for the longest line, else collected and handed over at once.
 class LinePrinter {
 public:
-    explicit LinePrinter(std::FILE *destination) : file(destination) {}
+    explicit LinePrinter(std::FILE *destination) : file(destination) { start(); }
+    LinePrinter(const LinePrinter &) = delete;
+    LinePrinter &operator=(const LinePrinter &) = delete;
 
     // As "%*d" prints with `width`, which is at most 11.
     void integer(int value, int width);
@@ -54,6 +56,7 @@ public:
     void formatted(const char *format, Values... values) {
         flush();
         failed |= printTo(file, format, values...) < 0;
+        start();
     }
     // Hands over what is left. False if any value could not be written; whether the new line could
     // is not asked.
@@ -64,12 +67,13 @@ private:
     // with a rest for text.
     static constexpr std::size_t capacity = 640;
 
-    void padded(const char *digits, std::size_t length, std::size_t width);
+    void start();
     void flush();
 
     std::FILE *file;
-    std::size_t used = 0;
     bool failed = false;
+    char *begin; // of what was printed since the last flush: in the file's buffer, or `line`
+    char *end;
     char line[capacity];
 };
 
