@@ -1,5 +1,6 @@
 #include "trunnion/persistence/lzw.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
@@ -22,12 +23,17 @@ bool isSpecial(unsigned code) {
     return code == byteClearCode || code == byteEndCode;
 }
 
+// copyWidth bytes; both places may overlap.
+void copyPiece(unsigned char *to, const unsigned char *from) {
+    unsigned char piece[copyWidth];
+    std::memcpy(piece, from, copyWidth);
+    std::memcpy(to, piece, copyWidth);
+}
+
 // Both places have copyWidth bytes of room; a longer string may overlap its copy.
 void copyString(unsigned char *to, const unsigned char *from, std::uint32_t length) {
     if (length <= copyWidth) {
-        unsigned char piece[copyWidth]; // both places may overlap
-        std::memcpy(piece, from, copyWidth);
-        std::memcpy(to, piece, copyWidth);
+        copyPiece(to, from);
     } else {
         std::memmove(to, from, length);
     }
@@ -42,16 +48,6 @@ std::size_t blockRoom(std::size_t length) {
 }
 
 } // namespace
-
-struct FCLzw::DecodeTables {
-    DecodeEntry entries[decodeLimit];
-    DecodeString strings[decodeLimit];
-};
-
-struct FCLzw::EncodeTables {
-    unsigned short codes[encodePlaces];
-    std::uint32_t strings[codeLimit];
-};
 
 // Takes codes from packed bytes.
 struct FCLzw::CodeReader {
@@ -82,22 +78,14 @@ struct FCLzw::CodeReader {
     }
 };
 
-// The decoded bytes. Behind them stands room for the last string to be copied in one piece, and
-// behind that each byte by itself: so the string of a single symbol is copied like any other.
+// The decoded bytes, with room behind them for the last string to be written in one piece.
 struct FCLzw::Output {
     std::uint32_t size;
     Owned<unsigned char> bytes;
     std::uint32_t used = 0;
 
     explicit Output(std::uint32_t length)
-        : size(length),
-          bytes(allocateOwned<unsigned char>(length + std::size_t{2} * copyWidth + symbolCount)) {
-        for (unsigned symbol = 0; symbol < symbolCount; ++symbol) {
-            bytes.get()[symbolAt(symbol)] = static_cast<unsigned char>(symbol);
-        }
-    }
-
-    std::uint32_t symbolAt(unsigned symbol) const { return size + copyWidth + symbol; }
+        : size(length), bytes(allocateOwned<unsigned char>(length + std::size_t{copyWidth})) {}
 };
 
 FCLzw::FCLzw()
@@ -116,8 +104,8 @@ FCLzw::FCLzw()
       sourceX(0),
       sourceY(0),
       sourcePitch(0),
-      decodeStrings(nullptr),
-      encodeStrings(nullptr),
+      decodePrefix(0),
+      decodePosition(0),
       encodePlace(0),
       encodeFound(0) {}
 
@@ -137,11 +125,10 @@ unsigned long FCLzw::LZW_Encode(unsigned char *source, unsigned long length, uns
     if (length > trunnion::detail::lzwDecodedMaximum) {
         return 0;
     }
-    const Owned<EncodeTables> tables(
-        static_cast<EncodeTables *>(frameworkAllocateCleared(sizeof(EncodeTables))));
+    const Owned<std::uint32_t> table(static_cast<std::uint32_t *>(
+        frameworkAllocateCleared(encodePlaces * sizeof(std::uint32_t))));
     Owned<unsigned char> block = allocateOwned<unsigned char>(blockRoom(length));
-    encodeTable = tables->codes;
-    encodeStrings = tables->strings;
+    encodeTable = table.get();
     nextCode = 0; // nothing was entered yet
     const std::uint32_t count = static_cast<std::uint32_t>(length);
     setSource(source, count, count > 0 ? 1 : 0, count, byteBits);
@@ -150,7 +137,6 @@ unsigned long FCLzw::LZW_Encode(unsigned char *source, unsigned long length, uns
     bitPos = 0;
     encodeSource();
     encodeTable = nullptr;
-    encodeStrings = nullptr;
     const auto packed = static_cast<std::uint32_t>(outputPos - block.get() + (bitPos > 0 ? 1 : 0));
     trunnion::detail::writeLzwHead({count, packed, trunnion::detail::crc32(source, count)},
                                    block.get());
@@ -163,16 +149,16 @@ void FCLzw::encodeSource() {
     work.Encode_InitStringTable();
     work.Encode_WriteIndex(clearCode());
     if (work.hasSource()) {
+        const unsigned char *const end = sourceRow + sourceWidth; // the bytes are one row
         std::uint32_t prefix = work.Encode_GetNextPixel();
-        while (work.hasSource()) {
-            const unsigned char symbol = work.Encode_GetNextPixel();
-            if (work.Encode_IsInTable(prefix, symbol)) {
+        for (const unsigned char *at = sourceRow + 1; at != end; ++at) {
+            if (work.Encode_IsInTable(static_cast<unsigned short>(prefix), *at)) {
                 prefix = work.encodeFound;
                 continue;
             }
             work.Encode_WriteIndex(prefix);
-            work.Encode_AddStringToTable(prefix, symbol);
-            prefix = symbol;
+            work.Encode_AddStringToTable(static_cast<unsigned short>(prefix), *at);
+            prefix = *at;
             if (work.nextCode == codeLimit) {
                 work.Encode_WriteIndex(clearCode());
                 work.Encode_InitStringTable();
@@ -216,14 +202,12 @@ unsigned long FCLzw::LZW_Decode(unsigned char *packed, unsigned long packedLengt
 
 // True if the codes fill the output exactly.
 bool FCLzw::decodeBlock(CodeReader &codes, Output &output) {
-    const Owned<DecodeTables> tables = allocateOwned<DecodeTables>();
-    decodeTable = tables->entries;
-    decodeStrings = tables->strings;
+    const Owned<DecodeEntry> table = allocateOwned<DecodeEntry>(decodeLimit * sizeof(DecodeEntry));
+    decodeTable = table.get();
     endCode = byteEndCode;
     minCodeSize = byteBits;
     for (unsigned symbol = 0; symbol < symbolCount; ++symbol) {
-        decodeTable[symbol] = {noPrefix, static_cast<unsigned short>(symbol)};
-        decodeStrings[symbol] = {output.symbolAt(symbol), output.symbolAt(symbol) + 1};
+        decodeTable[symbol] = DecodeEntry::ofSymbol(static_cast<unsigned char>(symbol));
     }
     unsigned ended = noCode;
     try {
@@ -234,53 +218,110 @@ bool FCLzw::decodeBlock(CodeReader &codes, Output &output) {
         ended = noCode; // the table is full: an encoder would have sent a clear code
     }
     decodeTable = nullptr;
-    decodeStrings = nullptr;
     return ended == byteEndCode && output.used == output.size && codes.isAtEnd();
 }
 
 // Decodes up to the next clear code or end code and returns it; noCode if the codes are damaged.
 unsigned FCLzw::decodeRun(CodeReader &codes, Output &output) {
-    FCLzw work = *this;
-    CodeReader reader = codes;
-    unsigned char *const bytes = output.bytes.get();
-    std::uint32_t used = output.used;
-    const auto finish = [&](unsigned code) {
-        codes = reader;
-        output.used = used;
-        return code;
-    };
-    work.Decode_InitStringTable();
-    unsigned short prefix = reader.read(work.codeWidth);
-    if (isSpecial(prefix)) {
-        return finish(prefix);
+    Decode_InitStringTable();
+    const unsigned short first = codes.read(codeWidth);
+    if (isSpecial(first)) {
+        return first;
     }
-    if (!work.Decode_IsInTable(prefix) || used == output.size) {
+    if (!Decode_IsInTable(first) || output.used == output.size) {
         return noCode;
     }
-    std::uint32_t begin = used;
-    bytes[used++] = work.Decode_GetFirstChar(prefix);
-    for (;;) {
-        const unsigned short code = reader.read(work.codeWidth);
-        if (isSpecial(code)) {
-            return finish(code);
-        }
-        // The entry that this code makes: the string before it and the first byte of its own.
-        work.decodeStrings[work.nextCode] = {begin, used + 1};
-        if (!work.Decode_IsInTable(code)) {
-            if (code != work.nextCode) {
-                return noCode;
-            }
-            bytes[used] = bytes[begin];
-        }
-        const DecodeString string = work.decodeStrings[code];
-        const std::uint32_t length = string.end - string.begin;
-        if (length > output.size - used) {
-            return noCode;
-        }
-        work.Decode_AddStringToTable(prefix, bytes[string.begin]);
-        copyString(bytes + used, bytes + string.begin, length);
-        prefix = code;
-        begin = used;
-        used += length;
+    decodePrefix = first;
+    decodePosition = output.used;
+    output.bytes.get()[output.used++] = Decode_GetFirstChar(first);
+    unsigned short code = 0;
+    do {
+        decodeShortStrings(codes, output);
+        code = decodeOne(codes, output);
+    } while (code != noCode && !isSpecial(code));
+    return code;
+}
+
+// Decodes any one code and returns it; noCode if it is damaged.
+unsigned short FCLzw::decodeOne(CodeReader &codes, Output &output) {
+    const unsigned short code = codes.read(codeWidth);
+    if (isSpecial(code)) {
+        return code;
     }
+    unsigned char *const to = output.bytes.get() + output.used;
+    if (Decode_IsInTable(code)) {
+        Decode_AddStringToTable(decodePrefix, Decode_GetFirstChar(code));
+    } else if (code == nextCode) { // the entry that this code makes
+        *to = Decode_GetFirstChar(decodePrefix);
+        Decode_AddStringToTable(decodePrefix, *to);
+    } else {
+        return noCode;
+    }
+    const DecodeEntry string = decodeTable[code];
+    const std::uint32_t length = string.length();
+    if (length > output.size - output.used) {
+        return noCode;
+    }
+    if (string.isShort()) {
+        string.copyShort(to);
+    } else {
+        copyString(to, output.bytes.get() + string.position(), length);
+    }
+    decodePrefix = code;
+    decodePosition = output.used;
+    output.used += length;
+    return code;
+}
+
+// Decodes codes of short strings, four from one word, as long as nothing else can happen to them:
+// nothing where the width may change, the codes or the room come to an end, or another code stands.
+void FCLzw::decodeShortStrings(CodeReader &codes, Output &output) {
+    constexpr std::uint32_t atOnce = 4;
+    const unsigned width = codeWidth;
+    const std::uint64_t mask = (1U << width) - 1;
+    const std::uint32_t nextWidthStep = std::min(1U << width, codeLimit);
+    DecodeEntry *const table = decodeTable;
+    unsigned char *const bytes = output.bytes.get();
+    std::uint32_t next = nextCode;
+    std::uint32_t used = output.used;
+    std::size_t bit = codes.bit;
+    unsigned short prefix = decodePrefix;
+    std::uint32_t position = decodePosition;
+    DecodeEntry before = table[prefix];
+    std::uint32_t done = atOnce;
+    while (done == atOnce && next + atOnce < nextWidthStep &&
+           bit / byteBits + sizeof(std::uint64_t) <= codes.size &&
+           output.size - used >= atOnce * copyWidth) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, codes.bytes + bit / byteBits, sizeof word);
+        word >>= bit % byteBits;
+#pragma GCC unroll 4
+        for (done = 0; done < atOnce; ++done) {
+            const std::uint64_t code = word & mask;
+            const DecodeEntry string = table[code];
+            std::uint32_t length = string.shortLength();
+            if (string.isShort()) {
+                string.copyShort(bytes + used);
+            } else {
+                length = string.longLength();
+                if (length > copyWidth) {
+                    break;
+                }
+                copyPiece(bytes + used, bytes + string.position());
+            }
+            table[next + done] = before.extended(position, string.first());
+            before = string;
+            prefix = static_cast<unsigned short>(code);
+            position = used;
+            used += length;
+            word >>= width;
+        }
+        next += done;
+        bit += std::size_t{done} * width;
+    }
+    nextCode = static_cast<unsigned short>(next);
+    output.used = used;
+    codes.bit = bit;
+    decodePrefix = prefix;
+    decodePosition = position;
 }

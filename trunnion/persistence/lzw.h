@@ -74,28 +74,17 @@ private:
     friend struct trunnion::detail::LzwAccess;
     struct CodeReader;
     struct Output;
-    struct DecodeTables;
-    struct EncodeTables;
 
-    // The string of an entry: that of the entry `prefix`, or none for noPrefix, and one symbol.
-    struct DecodeEntry {
-        unsigned short prefix;
-        unsigned short suffix;
-    };
-    // Where the string of an entry stands in the decoded bytes.
-    struct DecodeString {
-        std::uint32_t begin;
-        std::uint32_t end;
-    };
+    class DecodeEntry;
 
     // Empties the decoder's table but for the single symbols.
     void Decode_InitStringTable();
     // True if the code has an entry.
     bool Decode_IsInTable(unsigned short code) const;
-    // The first symbol of the code's string, reached over its prefixes.
+    // The first symbol of the code's string.
     unsigned char Decode_GetFirstChar(unsigned short code) const;
-    // Makes the next entry, and widens the codes where the encoder did. Throws the integer 0 when
-    // the table is full.
+    // Makes the next entry, the string of `prefix`, which was written last, and one symbol more,
+    // and widens the codes where the encoder did. Throws the integer 0 when the table is full.
     void Decode_AddStringToTable(unsigned short prefix, unsigned short suffix);
 
     // Empties the encoder's table.
@@ -119,11 +108,13 @@ private:
     void countEncodedString();
     bool decodeBlock(CodeReader &codes, Output &output);
     unsigned decodeRun(CodeReader &codes, Output &output);
+    unsigned short decodeOne(CodeReader &codes, Output &output);
+    void decodeShortStrings(CodeReader &codes, Output &output);
 
     unsigned short clearCode() const { return static_cast<unsigned short>(endCode - 1); }
 
-    DecodeEntry *decodeTable;
-    unsigned short *encodeTable; // codes, scattered by their strings; 0 is a free place
+    DecodeEntry *decodeTable;   // strings by code
+    std::uint32_t *encodeTable; // strings with their codes, scattered; 0 is a free place
     unsigned short endCode;
     unsigned char *sourceBase; // first row
     unsigned char *sourceRow;  // current row
@@ -137,8 +128,8 @@ private:
     std::uint32_t sourceX;
     std::uint32_t sourceY;
     std::uint32_t sourcePitch;    // bytes from one row to the next
-    DecodeString *decodeStrings;  // by code
-    std::uint32_t *encodeStrings; // prefix * 256 + symbol, by code
+    unsigned short decodePrefix;  // code of the last string decoded
+    std::uint32_t decodePosition; // where that stands in the output
     std::uint32_t encodePlace;    // of the last string looked for
     std::uint32_t encodeFound;    // code of that string, 0 for none
 };

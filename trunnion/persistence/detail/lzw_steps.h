@@ -13,7 +13,6 @@ namespace trunnion::detail::lzw {
 
 static_assert(std::endian::native == std::endian::little, "codes are packed by whole words");
 
-inline constexpr unsigned short noPrefix = 0xFFFF;
 inline constexpr unsigned byteBits = 8;
 // With symbols of 8 bits: how many there are, and the codes that follow them.
 inline constexpr unsigned symbolCount = 256;
@@ -24,8 +23,8 @@ inline constexpr unsigned codeLimit = 4096;
 inline constexpr unsigned widestCode = 12;
 // Places in the encoder's table: a power of two, large against the number of codes, so that a
 // string is nearly always found at the first look, and still small enough to stay in the
-// processor's cache.
-inline constexpr unsigned encodePlaceBits = 16;
+// processor's cache. A place holds a string, prefix * 256 + symbol, above the bits of its code.
+inline constexpr unsigned encodePlaceBits = 15;
 inline constexpr unsigned encodePlaces = 1U << encodePlaceBits;
 // Entries of the decoder's table.
 inline constexpr unsigned decodeLimit = 4128;
@@ -43,6 +42,50 @@ inline bool isWidthStep(unsigned count) {
 
 // For the members below; nothing but lzw.cpp and the tests of the steps includes this file.
 using namespace trunnion::detail::lzw;
+
+// A decoded string as one number. Up to 7 bytes stand in it themselves, the first one lowest, below
+// their count: they are written without a look at the output, which could be had only once the last
+// writes to it are through. Of a longer one it tells the first byte, where the string was last
+// written and its length.
+class FCLzw::DecodeEntry {
+public:
+    DecodeEntry() = default;
+    static DecodeEntry ofSymbol(unsigned char symbol) { return DecodeEntry(symbol | oneByte); }
+
+    bool isShort() const { return bits < oneByte * (longestShort + 1); }
+    std::uint32_t shortLength() const { return static_cast<std::uint32_t>(bits >> countBit); }
+    std::uint32_t longLength() const {
+        return static_cast<std::uint32_t>(bits >> lengthBit & 0xFFFF);
+    }
+    std::uint32_t length() const { return isShort() ? shortLength() : longLength(); }
+    std::uint32_t position() const { return static_cast<std::uint32_t>(bits >> positionBit); }
+    unsigned char first() const { return static_cast<unsigned char>(bits); }
+
+    // Writes a short string; eight bytes from `to` on are overwritten.
+    void copyShort(unsigned char *to) const { std::memcpy(to, &bits, sizeof bits); }
+
+    // This string, which was last written at `position`, and one byte more.
+    DecodeEntry extended(std::uint32_t position, unsigned char byte) const {
+        if (bits < oneByte * longestShort) {
+            return DecodeEntry((bits + oneByte) | std::uint64_t{byte}
+                                                      << (byteBits * shortLength()));
+        }
+        return DecodeEntry(longMark | std::uint64_t{length() + 1} << lengthBit |
+                           std::uint64_t{position} << positionBit | first());
+    }
+
+private:
+    explicit DecodeEntry(std::uint64_t number) : bits(number) {}
+
+    static constexpr std::uint64_t longestShort = 7;
+    static constexpr unsigned countBit = 56;
+    static constexpr unsigned lengthBit = 40;
+    static constexpr unsigned positionBit = 8;
+    static constexpr std::uint64_t oneByte = std::uint64_t{1} << countBit;
+    static constexpr std::uint64_t longMark = std::uint64_t{1} << 63;
+
+    std::uint64_t bits = 0;
+};
 
 inline void FCLzw::setSource(unsigned char *base, std::uint32_t width, std::uint32_t height,
                              std::uint32_t pitch, unsigned char symbolBits) {
@@ -63,24 +106,12 @@ inline std::uint32_t placeOfString(std::uint32_t string) {
     return (string * 2654435769U) >> (32 - encodePlaceBits);
 }
 
-// Takes back what was entered, the last first: each string is then still found where it was put. A
-// table that was used a good deal is cleared as a whole, which takes less time for each string.
 inline void FCLzw::Encode_InitStringTable() {
-    constexpr unsigned fewStrings = 512;
-    const unsigned first = endCode + 1U;
-    const unsigned used = nextCode > first ? nextCode - first : 0;
-    if (used > fewStrings) {
+    const auto first = static_cast<unsigned short>(endCode + 1);
+    if (nextCode > first) {
         std::memset(encodeTable, 0, encodePlaces * sizeof *encodeTable);
-    } else {
-        for (unsigned code = first + used; code-- > first;) {
-            std::uint32_t place = placeOfString(encodeStrings[code]);
-            while (encodeTable[place] != code && encodeTable[place] != 0) {
-                place = (place + 1) % encodePlaces;
-            }
-            encodeTable[place] = 0;
-        }
     }
-    nextCode = static_cast<unsigned short>(first);
+    nextCode = first;
     codeWidth = static_cast<unsigned char>(minCodeSize + 1);
 }
 
@@ -107,19 +138,18 @@ inline unsigned char FCLzw::Encode_GetNextPixel() {
 inline bool FCLzw::Encode_IsInTable(unsigned short prefix, unsigned short symbol) {
     const std::uint32_t string = prefix * symbolCount + symbol;
     std::uint32_t place = placeOfString(string);
-    std::uint32_t found = encodeTable[place];
-    while (found != 0 && encodeStrings[found] != string) {
+    std::uint32_t held = encodeTable[place];
+    while (held != 0 && held >> widestCode != string) {
         place = (place + 1) % encodePlaces;
-        found = encodeTable[place];
+        held = encodeTable[place];
     }
     encodePlace = place;
-    encodeFound = found;
-    return found != 0;
+    encodeFound = held % codeLimit;
+    return held != 0;
 }
 
 inline void FCLzw::Encode_AddStringToTable(unsigned short prefix, unsigned short symbol) {
-    encodeTable[encodePlace] = nextCode;
-    encodeStrings[nextCode] = prefix * symbolCount + symbol;
+    encodeTable[encodePlace] = (prefix * symbolCount + symbol) << widestCode | nextCode;
     countEncodedString();
 }
 
@@ -138,9 +168,12 @@ inline void FCLzw::Encode_WriteIndex(unsigned long code) {
     outputPos += total / byteBits;
 }
 
+// Codes without an entry look like long strings, so that one question tells a short one.
 inline void FCLzw::Decode_InitStringTable() {
     nextCode = static_cast<unsigned short>(endCode + 1);
     codeWidth = static_cast<unsigned char>(minCodeSize + 1);
+    std::memset(static_cast<void *>(decodeTable + clearCode()), 0xFF,
+                (codeLimit - clearCode()) * sizeof *decodeTable);
 }
 
 inline bool FCLzw::Decode_IsInTable(unsigned short code) const {
@@ -148,17 +181,15 @@ inline bool FCLzw::Decode_IsInTable(unsigned short code) const {
 }
 
 inline unsigned char FCLzw::Decode_GetFirstChar(unsigned short code) const {
-    while (decodeTable[code].prefix != noPrefix) {
-        code = decodeTable[code].prefix;
-    }
-    return static_cast<unsigned char>(decodeTable[code].suffix);
+    return decodeTable[code].first();
 }
 
 inline void FCLzw::Decode_AddStringToTable(unsigned short prefix, unsigned short suffix) {
     if (nextCode + 1U >= decodeLimit) {
         throw 0;
     }
-    decodeTable[nextCode] = {prefix, suffix};
+    decodeTable[nextCode] =
+        decodeTable[prefix].extended(decodePosition, static_cast<unsigned char>(suffix));
     ++nextCode;
     if (isWidthStep(nextCode)) {
         ++codeWidth;
