@@ -1,5 +1,6 @@
 // The part of the framework that needs no operating system.
 #include "trunnion/platform/framework.h"
+#include "trunnion/platform/large_pages.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -95,7 +96,9 @@ bool isPossibleSize(std::size_t size) {
 } // namespace
 
 void *frameworkAllocate(std::size_t size) {
-    return orThrow(isPossibleSize(size) ? std::malloc(size != 0 ? size : 1) : nullptr);
+    void *const block = orThrow(isPossibleSize(size) ? std::malloc(size != 0 ? size : 1) : nullptr);
+    preferLargePages(block, size);
+    return block;
 }
 
 void *frameworkAllocateCleared(std::size_t size) {

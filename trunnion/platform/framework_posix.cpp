@@ -4,14 +4,17 @@
 // person nothing waits.
 #include "trunnion/platform/display_text.h"
 #include "trunnion/platform/framework.h"
+#include "trunnion/platform/large_pages.h"
 #include "trunnion/platform/system.h"
 
 #include <atomic>
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #include <iconv.h>
 #include <spawn.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -95,6 +98,24 @@ void SetMessageBoxHandler(int (*handler)(const char *text, unsigned int type)) {
 }
 
 } // namespace trunnion
+
+namespace trunnion::detail {
+
+void preferLargePages([[maybe_unused]] void *block, [[maybe_unused]] std::size_t size) {
+#ifdef MADV_HUGEPAGE
+    constexpr std::size_t largePage = 2U << 20;
+    if (size < 2 * largePage) {
+        return;
+    }
+    // Of the large pages only those that belong to the block as a whole.
+    void *begin = block;
+    if (std::align(largePage, largePage, begin, size) != nullptr) {
+        madvise(begin, size / largePage * largePage, MADV_HUGEPAGE);
+    }
+#endif
+}
+
+} // namespace trunnion::detail
 
 int AfxMessageBox(const char *text, unsigned int type, unsigned int /*help*/) {
     if (auto *handler = messageBoxHandler.load()) {

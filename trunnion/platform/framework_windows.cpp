@@ -1,6 +1,7 @@
 // Message boxes on Windows. Without a handler of the host's and without a desktop that a person
 // sees, the text goes to standard error and nothing waits.
 #include "trunnion/platform/framework.h"
+#include "trunnion/platform/large_pages.h"
 #include "trunnion/platform/system.h"
 
 #include <atomic>
@@ -48,6 +49,13 @@ void SetMessageBoxHandler(int (*handler)(const char *text, unsigned int type)) {
 }
 
 } // namespace trunnion
+
+namespace trunnion::detail {
+
+// The system gives them to privileged processes alone.
+void preferLargePages(void * /*block*/, std::size_t /*size*/) {}
+
+} // namespace trunnion::detail
 
 int AfxMessageBox(const char *text, unsigned int type, unsigned int /*help*/) {
     if (auto *handler = messageBoxHandler.load()) {

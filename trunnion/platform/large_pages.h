@@ -1,0 +1,15 @@
+// Memory of the system in large pages.
+//
+// Internal: the library's own code calls this, hosts do not.
+#pragma once
+
+#include <cstddef>
+
+namespace trunnion::detail {
+
+// Asks the system to give a fresh heap block of several megabytes in large pages, where it has
+// them: memory that is touched for the first time costs a system call's time for each page. Nothing
+// for a smaller block; what the block holds does not change.
+void preferLargePages(void *block, std::size_t size);
+
+} // namespace trunnion::detail
