@@ -2,16 +2,23 @@
 #include "trunnion/meshes/mesh_records.h"
 
 #include <cstring>
+#include <filesystem>
 #include <functional>
+#include <string>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/list_files.h"
+#include "tests/support/temp_dir.h"
+#include "tests/support/thrown.h"
 #include "trunnion/containers/slot_array.h"
 #include "trunnion/meshes/node_arr.h"
 #include "trunnion/meshes/quad_arr.h"
 #include "trunnion/meshes/triangle_arr.h"
+#include "trunnion/persistence/compress_stream.h"
+#include "trunnion/persistence/stream.h"
 
 namespace {
 
@@ -176,6 +183,78 @@ TEST(MeshLists, ListFilesByteForByteAndEveryPrefixRefused) {
     expectListFile(quads, true,
                    raw(2) + "\x20" + raw(1, 2, 3, 4) + normal + std::string(1, '\0') + "\x1F" +
                        raw(4, 0, 17, 2) + normal + std::string(1, '\0'));
+}
+
+// Classes of a host: the library's lists reach them by their operations alone.
+struct HostStream : TqIOCL {};
+struct HostCompressed : TqCompressIOCL {};
+
+template <class Stream, class Array>
+void save(const Array &array, const std::string &path) {
+    Stream stream;
+    stream.OpenM(path.c_str(), "wb");
+    for (int i = 0; i < 3; ++i) { // each list begins at another place of a buffer
+        array.FmOutputOzkLstM(&stream, "L");
+        if constexpr (std::is_base_of_v<TqCompressIOCL, Stream>) {
+            i == 1 ? stream.FlushMemoryM() : stream.FinishSaveM(0);
+        }
+    }
+}
+
+// What a reader makes of the file: its code, then bound, live items and the records that it holds.
+template <class Stream, class Array>
+std::string load(const std::string &path) {
+    Stream stream;
+    std::string read;
+    Array array;
+    const int code = test::thrown([&] {
+        stream.OpenM(path.c_str(), "rb");
+        for (int i = 0; i < 3; ++i) {
+            array.FmInputOzkLstM(&stream);
+            read += std::to_string(array.GetAvailableNumM()) + written(array, "L", true);
+        }
+    });
+    return read + std::to_string(code) + std::to_string(array.GetAvailableNumM()) +
+           written(array, "L", true);
+}
+
+template <class Own, class Host, class Array>
+void expectSameThroughHost(const Array &array, const std::vector<std::size_t> &cuts) {
+    const test::TempDir dir;
+    const std::string path = dir.path("own");
+    save<Own>(array, path);
+    save<Host>(array, dir.path("host"));
+    const std::string bytes = test::readBytes(path);
+    ASSERT_TRUE(bytes == test::readBytes(dir.path("host")));
+    for (const std::size_t cut : cuts) {
+        std::filesystem::remove(path);
+        test::writeBytes(path, bytes.substr(0, cut));
+        ASSERT_TRUE((load<Own, Array>(path) == load<Host, Array>(path))) << cut;
+    }
+}
+
+// Long lists cross the buffers of the streams at many places of a record.
+template <class Array, class Record>
+void expectLongList(const Record &live) {
+    Array array;
+    for (int i = 0; i < 2500; ++i) {
+        array.AddItemM(live);
+        if (i % 7 == 3) {
+            array.DelItemM(i - 1);
+        }
+    }
+    std::vector<std::size_t> cuts = {1U << 30};
+    for (std::size_t i = 0; i < 40; ++i) {
+        cuts.push_back(16384 * 3 - 20 + i);
+    }
+    expectSameThroughHost<TqIOCL, HostStream>(array, cuts);
+    expectSameThroughHost<TqCompressIOCL, HostCompressed>(array, {1U << 30, 100});
+}
+
+TEST(MeshLists, LongListsAreTheSameThroughEveryStream) {
+    expectLongList<NodeArr>(makeNode(1.0F, 2.0F, 3.0F));
+    expectLongList<TriangleArr>(makeTriangle(1, 2, 3));
+    expectLongList<QuadArr>(makeQuad(1, 2, 3, 4));
 }
 
 TEST(NodeCL, ComparesPointsOnly) {

@@ -18,7 +18,9 @@
 //
 // T gives: a default constructor with the tag TAG_UNUSED, assignment that copies tag and content,
 // DelItemM, the two stream operations of TqBaseCL, and recordBytes if its record is longer than the
-// tag. Items must bear being moved as plain bytes: none may hold a pointer into itself.
+// tag. A class whose record is a fixed run of bytes may name itself PackedItem and give pack and
+// unpack, which move the run: its lists are then written and read much faster. Items must bear
+// being moved as plain bytes: none may hold a pointer into itself.
 //
 // The definitions stand in detail/item_array_impl.h; they are instantiated beside each class that
 // rests on them.
@@ -136,5 +138,7 @@ private:
 
     void grow(long long slots);
     void releaseBlock();
+    void writeBinaryRecords(TqIOCL &stream) const;
+    void readBinaryRecords(TqIOCL &stream);
     void readRecord(TqIOCL &stream, int idx);
 };

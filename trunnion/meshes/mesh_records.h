@@ -14,6 +14,7 @@
 #pragma once
 
 #include <cstdio>
+#include <cstring>
 
 #include "trunnion/containers/item_base.h"
 #include "trunnion/export.h"
@@ -27,6 +28,7 @@ class Point3DArr;
 class TRUNNION_API NodeCL : public TqBaseCL {
 public:
     static constexpr int recordBytes = 25; // tag, point, normal
+    using PackedItem = NodeCL;
 
     NodeCL() = default;
     NodeCL(char tag) : TqBaseCL(tag) {}
@@ -37,6 +39,17 @@ public:
     // Tag, point, normal through a stream. Throws the stream's codes.
     void FmInputOzkFileM(TqIOCL *stream) override;
     void FmOutputOzkFileM(TqIOCL *stream) const override;
+    // The record as a binary stream holds it, recordBytes bytes.
+    void pack(unsigned char *record) const {
+        record[0] = static_cast<unsigned char>(deleteTag);
+        std::memcpy(record + 1, pnt, sizeof pnt);
+        std::memcpy(record + 13, norm, sizeof norm);
+    }
+    void unpack(const unsigned char *record) {
+        deleteTag = static_cast<char>(record[0]);
+        std::memcpy(pnt, record + 1, sizeof pnt);
+        std::memcpy(norm, record + 13, sizeof norm);
+    }
     // The same as three lines of a text file. What the file does not hold stays as it was.
     int FmReadOzkFileM(std::FILE *file) override;
     int FmWriteOzkFileM(std::FILE *file);
@@ -93,6 +106,19 @@ public:
     // Tag, node indexes, normal, normal type through a stream. Throws the stream's codes.
     void FmInputOzkFileM(TqIOCL *stream) override;
     void FmOutputOzkFileM(TqIOCL *stream) const override;
+    // The record as a binary stream holds it, recordBytes bytes.
+    void pack(unsigned char *record) const {
+        record[0] = static_cast<unsigned char>(deleteTag);
+        std::memcpy(record + 1, nodeIdx, sizeof nodeIdx);
+        std::memcpy(record + 1 + sizeof nodeIdx, norm, sizeof norm);
+        record[recordBytes - 1] = static_cast<unsigned char>(normType);
+    }
+    void unpack(const unsigned char *record) {
+        deleteTag = static_cast<char>(record[0]);
+        std::memcpy(nodeIdx, record + 1, sizeof nodeIdx);
+        std::memcpy(norm, record + 1 + sizeof nodeIdx, sizeof norm);
+        normType = static_cast<char>(record[recordBytes - 1]);
+    }
     // The same as four lines of a text file. What the file does not hold stays as it was.
     int FmReadOzkFileM(std::FILE *file) override;
     int FmWriteOzkFileM(std::FILE *file);
@@ -161,6 +187,8 @@ extern template class Facet<4>;
 // A triangle. Its nodes by position: 0, 1, 2.
 class TRUNNION_API TriangleCL : public trunnion::detail::Facet<3> {
 public:
+    using PackedItem = TriangleCL;
+
     TriangleCL() = default;
     TriangleCL(char tag) : Facet(tag) {}
     TriangleCL(const TriangleCL &) = default;
@@ -206,6 +234,8 @@ public:
 // A quad: four nodes in cyclic order; the diagonals are no edges.
 class TRUNNION_API QuadCL : public trunnion::detail::Facet<4> {
 public:
+    using PackedItem = QuadCL;
+
     QuadCL() = default;
     QuadCL(char tag) : Facet(tag) {}
     QuadCL(const QuadCL &) = default;

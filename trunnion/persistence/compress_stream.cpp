@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <typeinfo>
 
 #include "trunnion/persistence/detail/lzw_block.h"
 #include "trunnion/persistence/detail/owned.h"
@@ -274,6 +275,30 @@ inline int TqCompressIOCL::take(void *bytes, std::uint32_t size) {
         std::memcpy(bytes, pass(size), size);
     }
     return 1;
+}
+
+std::span<const unsigned char> TqCompressIOCL::takeReadyM(std::size_t recordBytes, int most) {
+    if (typeid(*this) != typeid(TqCompressIOCL)) {
+        return {};
+    }
+    const std::size_t size = StreamAccess::wholeRecords(memSize - memPos, recordBytes, most);
+    const std::span<const unsigned char> records(memBuffer + memPos, size);
+    memPos += static_cast<std::uint32_t>(size);
+    return records;
+}
+
+// What does not fit is left to store, which alone makes the buffer grow or writes it as a block: so
+// a block ends where it would without this.
+std::span<unsigned char> TqCompressIOCL::claimRoomM(std::size_t recordBytes, int most) {
+    if (typeid(*this) != typeid(TqCompressIOCL) || memPos != memSize || memSize >= memCapacity) {
+        return {};
+    }
+    const std::size_t size =
+        StreamAccess::wholeRecords(memCapacity - 1 - memSize, recordBytes, most);
+    const std::span<unsigned char> room(memBuffer + memSize, size);
+    memSize += static_cast<std::uint32_t>(size);
+    memPos = memSize;
+    return room;
 }
 
 int TqCompressIOCL::TellM() {

@@ -157,6 +157,8 @@ private:
     // Bytes of values in the blocks that were not read yet, as far as their heads can be believed.
     long long countLaterBytes();
     long long remainingM() override;
+    std::span<const unsigned char> takeReadyM(std::size_t recordBytes, int most) override;
+    std::span<unsigned char> claimRoomM(std::size_t recordBytes, int most) override;
 
     std::uint32_t memSize;     // bytes of values
     std::uint32_t memCapacity; // bytes allocated

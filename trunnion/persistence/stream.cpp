@@ -4,6 +4,8 @@
 #include <climits>
 #include <cstdint>
 #include <cstring>
+#include <new>
+#include <typeinfo>
 
 #include "trunnion/containers/item_base.h"
 #include "trunnion/persistence/detail/stream_transfer.h"
@@ -73,6 +75,13 @@ void TqIOCL::OpenM(const char *name, const char *mode) {
     if (fileDescript == nullptr) {
         throw openFailed;
     }
+    constexpr std::size_t bufferSize = 1U << 14;
+    if (fileBuffer == nullptr) {
+        fileBuffer.reset(new (std::nothrow) char[bufferSize]);
+    }
+    if (fileBuffer != nullptr) {
+        std::setvbuf(fileDescript, fileBuffer.get(), _IOFBF, bufferSize);
+    }
     copyText(fileName, name);
     ioType = std::strchr(mode, 'b') != nullptr ? 1 : 0;
     std::rewind(fileDescript);
@@ -136,6 +145,26 @@ int TqIOCL::FinishedReadM() {
 
 long long TqIOCL::remainingM() {
     return fileDescript != nullptr ? remainingBytes(fileDescript) : INT64_MAX;
+}
+
+std::span<const unsigned char> TqIOCL::takeReadyM(std::size_t recordBytes, int most) {
+    if (typeid(*this) != typeid(TqIOCL) || fileDescript == nullptr) {
+        return {};
+    }
+    const std::span<const char> fetched = fetchedBytes(fileDescript);
+    const std::size_t size = StreamAccess::wholeRecords(fetched.size(), recordBytes, most);
+    passFetched(fileDescript, size);
+    return {reinterpret_cast<const unsigned char *>(fetched.data()), size};
+}
+
+std::span<unsigned char> TqIOCL::claimRoomM(std::size_t recordBytes, int most) {
+    if (typeid(*this) != typeid(TqIOCL) || fileDescript == nullptr) {
+        return {};
+    }
+    const std::span<char> room = writableRoom(fileDescript);
+    const std::size_t size = StreamAccess::wholeRecords(room.size(), recordBytes, most);
+    passWritten(fileDescript, size);
+    return {reinterpret_cast<unsigned char *>(room.data()), size};
 }
 
 void TqIOCL::FinishSaveM() {}
@@ -384,6 +413,16 @@ void StreamAccess::require(TqIOCL &stream, long long count, long long bytesEach)
     if (count < 0 || (bytesEach > 0 && count > remaining(stream) / bytesEach)) {
         throw readFailed;
     }
+}
+
+std::span<const unsigned char> StreamAccess::takeReady(TqIOCL &stream, std::size_t recordBytes,
+                                                       int most) {
+    return stream.takeReadyM(recordBytes, most);
+}
+
+std::span<unsigned char> StreamAccess::claimRoom(TqIOCL &stream, std::size_t recordBytes,
+                                                 int most) {
+    return stream.claimRoomM(recordBytes, most);
 }
 
 void StreamAccess::skipWord(TqIOCL &stream) {

@@ -2,7 +2,10 @@
 // operations with a text and a binary form.
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
+#include <memory>
+#include <span>
 
 #include "trunnion/export.h"
 
@@ -245,4 +248,11 @@ private:
     // Upper bound of the bytes that can still be read from the position; INT64_MAX when there is no
     // file or the system cannot tell. Stands behind the public operations, whose order is fixed.
     virtual long long remainingM();
+    // See StreamAccess::takeReady and StreamAccess::claimRoom. Nothing in a class that a host
+    // derives: what it replaces would be passed by.
+    virtual std::span<const unsigned char> takeReadyM(std::size_t recordBytes, int most);
+    virtual std::span<unsigned char> claimRoomM(std::size_t recordBytes, int most);
+
+    // The buffer of the files that OpenM opens: a larger one than the C library's.
+    std::unique_ptr<char[]> fileBuffer;
 };

@@ -7,12 +7,25 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <span>
+#include <type_traits>
 
 #include "trunnion/containers/item_array.h"
 #include "trunnion/persistence/detail/list_frame.h"
 #include "trunnion/persistence/detail/stream_access.h"
 #include "trunnion/persistence/stream.h"
 #include "trunnion/platform/framework.h"
+
+namespace trunnion::detail {
+
+// True for a class of items that has pack and unpack, and says so itself: a class derived from it
+// may have another record.
+template <class T>
+inline constexpr bool packsItself = requires {
+    requires std::is_same_v<typename T::PackedItem, T>;
+};
+
+} // namespace trunnion::detail
 
 template <class T>
 ItemArr<T>::ItemArr(const ItemArr &other) : ItemArr() {
@@ -201,7 +214,7 @@ template <class T>
 void ItemArr<T>::FmOutputOzkLstM(TqIOCL *stream, const char *name) const {
     if (stream->GetIoTypeM() == trunnion::detail::binaryStream) {
         stream->OutputDM(&bound);
-        std::for_each_n(items(), bound, [&](const T &item) { item.FmOutputOzkFileM(stream); });
+        writeBinaryRecords(*stream);
         return;
     }
     trunnion::detail::ListFrameWriter frame(*stream, "%d, %s", name);
@@ -224,8 +237,9 @@ int ItemArr<T>::FmInputOzkLstM(TqIOCL *stream) {
     if (count >= 1) {
         trunnion::detail::StreamAccess::require(*stream, count,
                                                 isText ? textRecordBytes : T::recordBytes);
-        AddSizeM(count - capacity);
-        std::for_each_n(changedItems(), capacity, [](T &item) {
+        const int held = capacity;
+        AddSizeM(count - held);
+        std::for_each_n(changedItems(), held, [](T &item) {
             if (isLive(item)) {
                 item.DelItemM();
             }
@@ -233,18 +247,64 @@ int ItemArr<T>::FmInputOzkLstM(TqIOCL *stream) {
         available = 0;
         bound = count;
     }
-    for (int i = 0; i < count; ++i) {
-        int idx = i;
-        if (isText) {
-            stream->InputDM(&idx);
-            trunnion::detail::requireSlot(idx, count);
+    if (!isText) {
+        if (count >= 1) {
+            readBinaryRecords(*stream);
         }
+        return 1;
+    }
+    for (int i = 0; i < count; ++i) {
+        int idx = 0;
+        stream->InputDM(&idx);
+        trunnion::detail::requireSlot(idx, count);
         readRecord(*stream, idx);
     }
-    if (isText) {
-        stream->SkipLineM();
-    }
+    stream->SkipLineM();
     return 1;
+}
+
+// Whole records go straight between the items and the memory of the stream. A record that the
+// memory cuts off, and any of a class that does not pack itself, goes through the operations of the
+// stream.
+template <class T>
+void ItemArr<T>::writeBinaryRecords(TqIOCL &stream) const {
+    const T *item = items();
+    const T *const end = item + bound;
+    while (item != end) {
+        if constexpr (trunnion::detail::packsItself<T>) {
+            const std::span<unsigned char> room = trunnion::detail::StreamAccess::claimRoom(
+                stream, T::recordBytes, static_cast<int>(end - item));
+            for (std::size_t at = 0; at < room.size(); at += T::recordBytes, ++item) {
+                item->pack(room.data() + at);
+            }
+        }
+        if (item != end) {
+            item->FmOutputOzkFileM(&stream);
+            ++item;
+        }
+    }
+}
+
+template <class T>
+void ItemArr<T>::readBinaryRecords(TqIOCL &stream) {
+    for (int idx = 0; idx < bound;) {
+        if constexpr (trunnion::detail::packsItself<T>) {
+            const std::span<const unsigned char> ready =
+                trunnion::detail::StreamAccess::takeReady(stream, T::recordBytes, bound - idx);
+            T *item = changedItems() + idx;
+            int live = 0;
+            for (std::size_t at = 0; at < ready.size(); at += T::recordBytes, ++item) {
+                item->unpack(ready.data() + at);
+                live += isLive(*item) ? 1 : 0;
+            }
+            available += live;
+            idx += static_cast<int>(ready.size() / T::recordBytes);
+        }
+        if (idx < bound) {
+            readRecord(stream, idx);
+            ++idx;
+        }
+    }
 }
 
 // A slot is live before only if a damaged file names it twice: it must not count twice.
