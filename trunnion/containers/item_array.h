@@ -109,11 +109,14 @@ protected:
     const T *items() const { return capacity == inlineSlots ? inlineItems : heapItems; }
     T *changedItems() {
         noteChange();
-        return capacity == inlineSlots ? inlineItems : heapItems;
+        return storage();
     }
-    // Every change of an item or a count passes here, so that what is kept beside a list can tell
+    // Every change of an item or a count is counted, so that what is kept beside a list can tell
     // whether the list is still the one that it knows.
-    void noteChange() { ++changeCount; }
+    void noteChange() {
+        ++changeCount;
+        ++rewriteCount;
+    }
 
     // Moves the live items down over the slots that are not live, in order, and lowers the bound to
     // their number; the slots that are left behind are deleted. The number of live items is not
@@ -129,10 +132,17 @@ protected:
     int available = 0;
     int increment = 10; // growth step of insertion only
 
-    std::uint64_t changeCount = 0; // changes so far; a handed out writable pointer counts as one
-    bool writerMayLive = false;    // a host may still hold a writable pointer to the storage
+    // Changes so far; a writable pointer that is handed out counts as one. Rewrites are all of them
+    // but two kinds, after which every slot that was live before is what it was or deleted: items
+    // appended, and items deleted below the last slot.
+    std::uint64_t changeCount = 0;
+    std::uint64_t rewriteCount = 0;
+    std::uint64_t deletionCount = 0; // calls of DelItemM that found a live item
+    bool writerMayLive = false;      // a host may still hold a writable pointer to the storage
 
 private:
+    T *storage() { return capacity == inlineSlots ? inlineItems : heapItems; }
+
     static T *allocate(long long slots);
     static void relocate(T *to, const T *from, int count);
 

@@ -10,15 +10,13 @@
 #include "trunnion/geometry/detail/vec.h"
 #include "trunnion/geometry/matrices.h"
 #include "trunnion/geometry/scalars.h"
-#include "trunnion/meshes/detail/node_index.h"
 #include "trunnion/meshes/triangle_arr.h"
 #include "trunnion/persistence/detail/owned.h"
 
 using trunnion::detail::dot;
-using trunnion::detail::enterNode;
+using trunnion::detail::isFinitePoint;
 using trunnion::detail::load3;
-using trunnion::detail::lowestSamePoint;
-using trunnion::detail::MergeIndex;
+using trunnion::detail::squaredLength;
 using trunnion::detail::store;
 using trunnion::detail::toFloat;
 using trunnion::detail::Vec3;
@@ -69,29 +67,27 @@ NodeArr::~NodeArr() = default;
 // Merging and purging
 
 int NodeArr::MergeNodeLstM(const NodeCL &node, int *idx) {
-    const bool indexed =
-        index.prepare({changeCount, writerMayLive, bound}, [this](MergeIndex &built, int slot) {
-            enterNode(built, items()[slot], slot);
-        });
-    *idx = indexed ? lowestSamePoint(index.slots(), items(), node) : firstSamePoint(node);
+    *idx = firstSamePoint(node.GetPntPM());
     if (*idx < 0) {
         *idx = AddItemM(node);
-        if (indexed) {
-            enterNode(index, items()[*idx], *idx);
-        }
     }
-    index.finish(indexed, changeCount);
     return 1;
 }
 
-int NodeArr::firstSamePoint(const NodeCL &node) const {
-    const NodeCL *nodes = items();
-    for (int i = 0; i < bound; ++i) {
-        if (isLive(nodes[i]) && slIsEqualPoint3D(nodes[i].GetPntPM(), node.GetPntPM()) != 0) {
-            return i;
-        }
+int NodeArr::firstSamePoint(const float *point) {
+    if (!isFinitePoint(point)) {
+        return -1; // equal to none
     }
-    return -1;
+    const NodeCL *nodes = items();
+    const Vec3 sought = load3(point);
+    const auto livePoint = [nodes](int slot) {
+        return isLive(nodes[slot]) ? nodes[slot].GetPntPM() : nullptr;
+    };
+    const auto isSame = [nodes, sought](int slot) { // what slIsEqualPoint3D tells
+        return isLive(nodes[slot]) &&
+               squaredLength(load3(nodes[slot].GetPntPM()) - sought) < SL_ZERO_SQR;
+    };
+    return samePoints.lowest(state(), point, livePoint, isSame);
 }
 
 void NodeArr::PurgeMultiSamePntsToOneM(int mode) {
@@ -156,19 +152,7 @@ void NodeArr::PurgeDeletedNodes(IntArr *indexes, TriangleArr *triangles) {
 // Searches
 
 int NodeArr::GetNearestNodeM(NodeCL &node, const float *const point) const {
-    float best = SL_BIG;
-    int nearest = SL_DELETED_INT;
-    for (int i = 0; i < bound; ++i) {
-        const NodeCL &candidate = items()[i];
-        if (!isLive(candidate)) {
-            continue;
-        }
-        const float distance = slDistance3(candidate.GetPntPM(), point);
-        if (distance < best) {
-            best = distance;
-            nearest = i;
-        }
-    }
+    const int nearest = nearestNodes.find(state(), changeCount, items(), point);
     if (nearest >= 0) {
         node = items()[nearest];
     }

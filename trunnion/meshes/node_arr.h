@@ -3,10 +3,16 @@
 // Triangles and quads name nodes by their slots here, so what moves a node must rewrite every facet
 // that names it; MergeNodesM and PurgeDeletedNodes do. What NodeArr shares with the other lists,
 // streams included, stands in containers/item_array.h.
+//
+// Merging and the search for the nearest node keep an index each beside the list, once it pays: 16
+// to 32 bytes a node for merging (containers/detail/point_cells.h), 23 to 30 for the nearest node
+// (detail/nearest_nodes.h). The answers are those of the scans told here.
 #pragma once
 
+#include "trunnion/containers/detail/point_cells.h"
+#include "trunnion/containers/detail/slot_finder.h"
 #include "trunnion/containers/item_array.h"
-#include "trunnion/meshes/detail/merge_index.h"
+#include "trunnion/meshes/detail/nearest_nodes.h"
 #include "trunnion/meshes/mesh_records.h"
 
 class QuadArr;
@@ -24,7 +30,7 @@ public:
     // One node for each point. *idx receives the first live node whose point is that of `node` to
     // NodeCL::CompareM, or the slot to which `node` was appended. Normals play no part: the first
     // node at a point keeps its own. Give a live node: one with another tag is stored and never
-    // found.
+    // found. Constant time on the average in a list that merging, appending and deleting built.
     int MergeNodeLstM(const NodeCL &node, int *idx);
     // Takes the list as a polyline and deletes each node whose squared distance from the last one
     // kept, whatever its tag, is below SL_TINY; with `mode` 0 only if the dot product of both
@@ -38,7 +44,8 @@ public:
     // Searches. Each looks at the slots in ascending order, and of equal candidates the first wins.
 
     // Nearest live node to `point` by slDistance3: copied to `node`, and its slot is the result.
-    // SL_DELETED_INT, with `node` untouched, when there is none nearer than SL_BIG.
+    // SL_DELETED_INT, with `node` untouched, when there is none nearer than SL_BIG. Log n on the
+    // average where a list that only grows or loses nodes is searched many times.
     int GetNearestNodeM(NodeCL &node, const float *const point) const;
     // Lowers a running minimum: each node of the facet, live or not, that is nearer to `point` than
     // *distance sets *distance and *idx. The caller seeds both. Returns *idx.
@@ -166,11 +173,16 @@ private:
     void setNormal(int idx, const float *normal);
     void appendLive(const NodeArr &row);
     int setCornerNormal(const int *corners, int count);
-    int firstSamePoint(const NodeCL &node) const;
+    int firstSamePoint(const float *point);
     int nearestCorner(float *distance, int *idx, const int *corners, int count,
                       const float *point) const;
 
-    trunnion::detail::MergeIndex index;
+    trunnion::detail::ListState state() const {
+        return {rewriteCount, deletionCount, writerMayLive, bound};
+    }
+
+    trunnion::detail::SlotFinder<trunnion::detail::PointCells> samePoints;
+    trunnion::detail::NearestNodes nearestNodes;
 };
 
 // Makes two profiles in the x-z plane, which run with falling z, comparable: afterwards *oa and *ob

@@ -82,7 +82,9 @@ void ItemArr<T>::SetItemM(const T &item, int idx) {
         SetItemM(copy, idx);
         return;
     }
-    T &slot = changedItems()[idx];
+    ++changeCount;
+    rewriteCount += idx != bound ? 1 : 0;
+    T &slot = storage()[idx];
     bound = std::max(bound, idx + 1);
     available += !isLive(slot) && isLive(item) ? 1 : 0;
     slot = item;
@@ -112,12 +114,16 @@ void ItemArr<T>::DelItemM(int idx) {
     if (!holdsSlot(idx)) {
         return;
     }
-    T &item = changedItems()[idx];
+    const bool isLast = idx == bound - 1;
+    ++changeCount;
+    rewriteCount += isLast ? 1 : 0;
+    T &item = storage()[idx];
     if (isLive(item)) {
         item.DelItemM();
         --available;
+        ++deletionCount;
     }
-    bound -= idx == bound - 1 ? 1 : 0;
+    bound -= isLast ? 1 : 0;
 }
 
 template <class T>
@@ -195,7 +201,7 @@ void ItemArr<T>::grow(long long slots) {
     heapItems = block;
     capacity = static_cast<int>(size);
     writerMayLive = false;
-    noteChange();
+    ++changeCount;
 }
 
 // Destroys the heap items and returns to the inline ones as they stand.

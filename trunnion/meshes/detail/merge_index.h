@@ -85,7 +85,7 @@ private:
 };
 
 // A list as its index sees it.
-struct ListState {
+struct MergedListState {
     std::uint64_t changes;
     bool writerMayLive;
     int bound;
@@ -110,7 +110,7 @@ public:
     // True if the index describes the list, after it was built where that is worth it.
     // enterSlot(index, i) enters slot i if a search may find it.
     template <class EnterSlot>
-    bool prepare(const ListState &list, EnterSlot enterSlot) {
+    bool prepare(const MergedListState &list, EnterSlot enterSlot) {
         if (list.writerMayLive || list.bound < smallestList) {
             return false;
         }

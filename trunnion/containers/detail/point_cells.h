@@ -1,0 +1,256 @@
+// Finds the lowest slot of a list whose point lies near a given one: a hash of cells in space
+// beside the list, where a scan would visit every slot.
+//
+// It only proposes, the list compares. SlotFinder decides when it is used.
+//
+// Memory: a table of 8 bytes for each place, between a quarter and a half of them in use: 16 to 32
+// bytes for each point, or 4 to 8 where a coordinate is not finite.
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace trunnion::detail {
+
+inline bool isFinitePoint(const float *point) {
+    return std::isfinite(point[0]) && std::isfinite(point[1]) && std::isfinite(point[2]);
+}
+
+// Slots by the cell of their point, in an open table with linear probing. An entry that no longer
+// holds (its slot was deleted or lies behind the bound) does no harm, as every proposal is compared
+// with the list.
+//
+// Cells are cubes, at first 256 times as long as the reach, so that a search seldom touches more
+// than one. The cells of a block, a cube of cells, share a region of the table, so that a walk over
+// neighbouring points stays in the memory that it touched last; blocks grow as long as their points
+// find room there. Where a cloud crowds, blocks shrink again, then cells, down to 4 times the
+// reach. If it crowds even there, points that repeat an earlier one to the bit are left out: the
+// lower slot answers for them.
+class PointCells {
+public:
+    PointCells() { setCellSize(firstCellSize); }
+
+    // Slots seen so far: enter() goes on behind them.
+    int seen() const { return seenSlots; }
+
+    // Sees the slots up to `bound`. `pointAt(slot)` gives the point, or null for a slot that no
+    // search may find. Throws std::bad_alloc; the table is then of no use.
+    template <class PointAt>
+    void enter(int bound, PointAt pointAt) {
+        for (; seenSlots < bound; ++seenSlots) {
+            if (const float *point = pointAt(seenSlots)) {
+                enterOne(point, seenSlots, pointAt);
+            }
+        }
+    }
+
+    // Whether the table lists every slot of its points, not the lowest of equal ones only. It
+    // otherwise is of no use after a deletion.
+    bool isComplete() const { return !leavesOutEqual; }
+
+    // The lowest slot among those near `point`, which is finite, that passes `matches(slot)`, or
+    // -1.
+    template <class Matches>
+    int lowest(const float *point, Matches matches) const {
+        int best = -1;
+        const auto propose = [&](int slot) {
+            if ((best < 0 || slot < best) && matches(slot)) {
+                best = slot;
+            }
+        };
+        std::for_each(odd.begin(), odd.end(), propose);
+        if (table.empty()) {
+            return best;
+        }
+        std::uint64_t low[3];
+        std::uint64_t high[3];
+        for (int axis = 0; axis < 3; ++axis) {
+            const double at = point[axis] * cellsPerLength + offset;
+            low[axis] = cellNumber(at - reachInCells);
+            high[axis] = cellNumber(at + reachInCells);
+        }
+        visit(homeOf(low), propose);
+        if (low[0] != high[0] || low[1] != high[1] || low[2] != high[2]) {
+            visitOthers(low, high, propose);
+        }
+        return best;
+    }
+
+private:
+    static constexpr double reach = 1e-4;          // points that match are nearer along every axis
+    static constexpr double firstCellSize = 256.0; // in reaches
+    static constexpr double lastCellSize = 4.0;
+    static constexpr int freePlace = -1;
+    static constexpr int regionBits = 7; // 1 KiB of the table
+    static constexpr int firstBlockBits = 4;
+    static constexpr int lastBlockBits = 40;
+    // Steps that the entries may take on the average to find their places before the table counts
+    // as crowded. Chance alone takes about one.
+    static constexpr std::size_t crowdedSteps = 3;
+    // Round coordinates, which designs are full of, stay away from the faces of the cells.
+    static constexpr double offset = 0.381966;
+
+    struct Entry {
+        int slot = freePlace;
+        std::uint32_t mark = 0; // of the cell: tells most others without a look at their points
+    };
+
+    void setCellSize(double size) {
+        cellSize = size;
+        cellsPerLength = 1.0 / (size * reach);
+        reachInCells = 1.001 / size; // more than any rounding of a search
+    }
+
+    // The number of a cell along one axis, as the bits of a double: adding 1.5 * 2^52 rounds to an
+    // integer. The number never falls while the coordinate rises, and the ends of a search are
+    // equal or neighbours; nothing else is asked of it.
+    static std::uint64_t cellNumber(double at) {
+        constexpr double limit = 0x1p50;
+        return std::bit_cast<std::uint64_t>(std::clamp(at, -limit, limit) + 0x1.8p52);
+    }
+    static std::uint64_t hashOf(std::uint64_t x, std::uint64_t y, std::uint64_t z) {
+        std::uint64_t hash =
+            x * 0x9E3779B97F4A7C15U + y * 0xC2B2AE3D27D4EB4FU + z * 0x165667B19E3779F9U;
+        hash ^= hash >> 32;
+        return hash * 0xD6E8FEB86659FD93U;
+    }
+
+    // Where the entries of a cell begin, and their mark.
+    struct Home {
+        std::size_t place;
+        std::uint32_t mark;
+    };
+    Home homeOf(const std::uint64_t *cell) const {
+        const std::uint64_t hash = hashOf(cell[0], cell[1], cell[2]);
+        const std::uint64_t block =
+            hashOf(cell[0] >> blockBits, cell[1] >> blockBits, cell[2] >> blockBits);
+        const std::uint64_t region = block >> 32 & regionMask;
+        return {static_cast<std::size_t>(region << regionBits | hash >> (64 - regionBits)),
+                static_cast<std::uint32_t>(hash)};
+    }
+    Home homeOf(const float *point) const {
+        std::uint64_t cell[3];
+        for (int axis = 0; axis < 3; ++axis) {
+            cell[axis] = cellNumber(point[axis] * cellsPerLength + offset);
+        }
+        return homeOf(cell);
+    }
+    std::size_t next(std::size_t place) const { return (place + 1) & (table.size() - 1); }
+
+    template <class Propose>
+    void visit(const Home &home, Propose propose) const {
+        for (std::size_t at = home.place; table[at].slot != freePlace; at = next(at)) {
+            if (table[at].mark == home.mark) {
+                propose(table[at].slot);
+            }
+        }
+    }
+
+    // The cells at the corners of a search box other than its lowest.
+    template <class Propose>
+    void visitOthers(const std::uint64_t *low, const std::uint64_t *high, Propose propose) const {
+        for (int corner = 1; corner < 8; ++corner) {
+            std::uint64_t cell[3];
+            bool isNew = true;
+            for (int axis = 0; axis < 3; ++axis) {
+                const bool isHigh = (corner >> axis & 1) != 0;
+                cell[axis] = isHigh ? high[axis] : low[axis];
+                isNew = isNew && !(isHigh && low[axis] == high[axis]);
+            }
+            if (isNew) {
+                visit(homeOf(cell), propose);
+            }
+        }
+    }
+
+    template <class PointAt>
+    void enterOne(const float *point, int slot, PointAt pointAt) {
+        if (!isFinitePoint(point)) {
+            odd.push_back(slot);
+            return;
+        }
+        if (2 * (used + 1) > table.size()) {
+            blockBits += !isSettled && !table.empty() && blockBits < lastBlockBits ? 1 : 0;
+            resize(std::max(std::size_t{1} << regionBits, 2 * table.size()));
+            enterAgain(slot, pointAt);
+        }
+        place(point, slot, pointAt);
+        if (isCrowded()) {
+            enterAgain(slot + 1, pointAt);
+        }
+    }
+
+    bool isCrowded() const { return steps > crowdedSteps * (used + 64) && !isFinest(); }
+    bool isFinest() const { return blockBits == 0 && cellSize <= lastCellSize && leavesOutEqual; }
+    void makeFiner() {
+        isSettled = true;
+        if (blockBits > 0) {
+            --blockBits;
+        } else if (cellSize > lastCellSize) {
+            setCellSize(cellSize / 4.0);
+        } else {
+            leavesOutEqual = true;
+        }
+    }
+
+    template <class PointAt>
+    void place(const float *point, int slot, PointAt pointAt) {
+        const Home home = homeOf(point);
+        std::size_t at = home.place;
+        for (; table[at].slot != freePlace; at = next(at)) {
+            if (leavesOutEqual) {
+                const float *held = pointAt(table[at].slot);
+                if (held != nullptr && std::equal(point, point + 3, held)) {
+                    return;
+                }
+            }
+            ++steps;
+        }
+        table[at] = {slot, home.mark};
+        ++used;
+    }
+
+    void resize(std::size_t places) { // to a power of two
+        table = std::vector<Entry>(); // the old one makes room first
+        table.resize(places);
+        regionMask = (places >> regionBits) - 1;
+    }
+    // Enters the finite points of the slots up to `end` into the table anew, ever finer until they
+    // do not crowd.
+    template <class PointAt>
+    void enterAgain(int end, PointAt pointAt) {
+        do {
+            if (isCrowded()) {
+                makeFiner();
+            }
+            std::fill(table.begin(), table.end(), Entry{freePlace, 0});
+            used = 0;
+            steps = 0;
+            for (int slot = 0; slot < end && !isCrowded(); ++slot) {
+                const float *point = pointAt(slot);
+                if (point != nullptr && isFinitePoint(point)) {
+                    place(point, slot, pointAt);
+                }
+            }
+        } while (isCrowded());
+    }
+
+    std::vector<Entry> table;
+    std::vector<int> odd; // slots of points that are not finite
+    std::size_t used = 0;
+    std::size_t steps = 0; // that the entries took past occupied places
+    std::uint64_t regionMask = 0;
+    int blockBits = firstBlockBits;
+    int seenSlots = 0;
+    bool isSettled = false; // blocks were too great once: they grow no more
+    bool leavesOutEqual = false;
+    double cellSize = 0; // in reaches
+    double cellsPerLength = 0;
+    double reachInCells = 0;
+};
+
+} // namespace trunnion::detail
