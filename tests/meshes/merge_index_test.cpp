@@ -1,6 +1,8 @@
 // Merging finds through an index what the plain scan finds, whatever happens to the list between
 // merges and when memory is short.
+#include <atomic>
 #include <limits>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -20,6 +22,20 @@ int scanForNode(const NodeArr &list, const NodeCL &node) {
         }
     }
     return list.GetBoundM();
+}
+
+int scanForNearest(const NodeArr &list, const float *point) {
+    float best = SL_BIG;
+    int nearest = SL_DELETED_INT;
+    for (int i = 0; i < list.GetBoundM(); ++i) {
+        const NodeCL &held = *list.GetItemPM(i);
+        const float distance = slDistance3(held.GetPntPM(), point);
+        if (held.IsAvailableM() == TAG_AVAILABLE && distance < best) {
+            best = distance;
+            nearest = i;
+        }
+    }
+    return nearest;
 }
 
 // Points crowd about the corners of the index's cells, where the tolerance decides, near the origin
@@ -66,7 +82,14 @@ TEST(MergeIndex, FindsTheNodeThatTheScanFinds) {
             case 5:
                 test::memoryIsShort = random.oneIn(2);
                 break;
+            case 6:
+                list.SetItemM(nodeNearCorner(random), idx);
+                break;
+            case 7:
+                test::allocationsLeft = random.integer(0, 3);
+                break;
             default:
+                list.AddItemM(nodeNearCorner(random)); // also such as merging would not keep
                 break;
             }
             const NodeCL node = nodeNearCorner(random);
@@ -74,9 +97,88 @@ TEST(MergeIndex, FindsTheNodeThatTheScanFinds) {
             int slot = -1;
             list.MergeNodeLstM(node, &slot);
             test::memoryIsShort = false;
+            test::allocationsLeft = -1;
             ASSERT_EQ(slot, expected) << "round " << round << " step " << step;
         }
     }
+}
+
+// Nodes stand on a coarse lattice, so that many are equally far away, or in a crowd nearer to each
+// other than a distance can tell.
+TEST(MergeIndex, TheNearestNodeIsThatOfTheScan) {
+    test::Random random(9);
+    const auto latticeNode = [&random] {
+        NodeCL node = nodeNearCorner(random);
+        if (!random.oneIn(4)) {
+            float point[3];
+            for (float &coordinate : point) {
+                coordinate = static_cast<float>(random.integer(-4, 4));
+            }
+            node.SetPntM(point);
+        }
+        return node;
+    };
+    for (int round = 0; round < 4; ++round) {
+        NodeArr list;
+        for (int step = 0; step < 1500; ++step) {
+            const int idx = random.integer(0, list.GetBoundM());
+            switch (random.integer(0, 600)) {
+            case 0:
+                list.InsertItemM(latticeNode(), idx);
+                break;
+            case 1:
+                list.getCurrentItemPrtM()[0] = latticeNode();
+                break;
+            case 2:
+                list = NodeArr(list);
+                break;
+            case 3:
+                list.SetItemM(latticeNode(), idx);
+                break;
+            default:
+                test::allocationsLeft = random.oneIn(30) ? random.integer(0, 4) : -1;
+                break;
+            }
+            if (random.oneIn(3)) {
+                list.DelItemM(idx);
+            } else if (random.oneIn(4)) {
+                for (int i = 0; i < 5; ++i) {
+                    list.AddItemM(latticeNode());
+                }
+            }
+            const NodeCL sought = latticeNode();
+            NodeCL nearest;
+            const int slot = list.GetNearestNodeM(nearest, sought.GetPntPM());
+            test::allocationsLeft = -1;
+            ASSERT_EQ(slot, scanForNearest(list, sought.GetPntPM())) << round << ' ' << step;
+        }
+    }
+}
+
+// Const searches may run at once, also the first ones, of which one builds the index.
+TEST(MergeIndex, ThreadsFindTheNearestNodeTogether) {
+    NodeArr list;
+    for (int i = 0; i < 4096; ++i) {
+        float point[3] = {static_cast<float>(i % 16), static_cast<float>(i / 16 % 16),
+                          static_cast<float>(i / 256)};
+        NodeCL node(31);
+        node.SetPntM(point);
+        list.AddItemM(node);
+    }
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&list, &wrong, t] {
+            for (int i = t; i < 4096; i += 7) {
+                NodeCL nearest;
+                wrong += list.GetNearestNodeM(nearest, list.GetItemPM(i)->GetPntPM()) != i ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(wrong, 0);
 }
 
 TEST(MergeIndex, AWritablePointerIsNeverOutrun) {

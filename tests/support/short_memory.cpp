@@ -4,9 +4,14 @@
 #include <new>
 
 bool test::memoryIsShort = false;
+int test::allocationsLeft = -1;
 
 void *operator new(std::size_t size, const std::nothrow_t & /*tag*/) noexcept {
-    return test::memoryIsShort ? nullptr : std::malloc(size);
+    if (test::memoryIsShort || test::allocationsLeft == 0) {
+        return nullptr;
+    }
+    test::allocationsLeft -= test::allocationsLeft > 0 ? 1 : 0;
+    return std::malloc(size);
 }
 void *operator new[](std::size_t size, const std::nothrow_t &tag) noexcept {
     return operator new(size, tag);

@@ -6,5 +6,7 @@ namespace test {
 
 // While this is set every operator new of the program fails, in the library's code too.
 extern bool memoryIsShort;
+// So many operator new succeed before the rest fails; below 0 none fails for that.
+extern int allocationsLeft;
 
 } // namespace test

@@ -1,17 +1,22 @@
 #include "trunnion/containers/point3d_arr.h"
 
-#include "trunnion/geometry/matrices.h"
-#include "trunnion/geometry/scalars.h"
+#include <utility>
+
+#include "trunnion/containers/detail/transform_points.h"
+#include "trunnion/geometry/detail/guards.h"
 #include "trunnion/platform/files.h"
+
+using trunnion::detail::belowTolerance;
+using trunnion::detail::isFinitePoint;
 
 namespace {
 
 constexpr int pointBytes = 3 * static_cast<int>(sizeof(float));
 
-// Within the box of the tolerance, its faces excluded.
+// Within the box of the tolerance, its faces excluded. A difference that is no number counts as 0.
 bool isSamePoint(const float *a, const float *b) {
     for (int axis = 0; axis < 3; ++axis) {
-        if (!(slFabs(static_cast<double>(a[axis]) - b[axis]) < static_cast<double>(SL_ZERO))) {
+        if (!belowTolerance(static_cast<double>(a[axis]) - b[axis], SL_ZERO_D)) {
             return false;
         }
     }
@@ -28,12 +33,16 @@ int Point3DArr::IsPntAvailableM(int idx) const {
 }
 
 int Point3DArr::AddPointM(float *const p) {
-    for (int i = 0; i < bound; ++i) {
-        if (isSamePoint(slotAt(i), p)) {
-            return i;
-        }
-    }
-    return AddItemM(p);
+    const float *points = std::as_const(*this).data();
+    const auto pointAt = [points](int slot) {
+        return points + static_cast<std::ptrdiff_t>(slot) * width;
+    };
+    const auto isSame = [pointAt, p](int slot) { return isSamePoint(pointAt(slot), p); };
+    const int slot = isFinitePoint(p)
+                         ? finder.lowest({changes.rewrites, 0, changes.writerMayLive, bound},
+                                         static_cast<const float *>(p), pointAt, isSame)
+                         : finder.scan(bound, isSame);
+    return slot >= 0 ? slot : AddItemM(p);
 }
 
 int Point3DArr::GetVertexM(int n, int *idx, float (*out)[3]) const {
@@ -98,15 +107,5 @@ void Point3DArr::FmInputLstM(std::FILE *f, int n) {
 }
 
 void Point3DArr::TransByMatrixM(const float *m, int isVector) {
-    for (int i = 0; i < bound; ++i) {
-        float *point = slotAt(i);
-        if (!isLive(*point)) {
-            continue;
-        }
-        if (isVector == 0) {
-            slMatrix16MultiPoint3(m, point);
-        } else {
-            slMatrix16MultiVector3(m, point);
-        }
-    }
+    trunnion::detail::transformPoints(m, isVector == 0, data(), bound);
 }

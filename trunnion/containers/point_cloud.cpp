@@ -15,18 +15,15 @@ namespace {
 
 // The largest of the values offered and the slot that it came with; of equal ones the first.
 // Nothing that is not above 0 is taken.
-template <class Number>
 struct Largest {
-    Number value = 0;
+    float value = 0;
     int slot = SL_DELETED_INT;
 
-    bool offer(Number candidate, int from) {
-        if (!(candidate > value)) {
-            return false;
+    void offer(float candidate, int from) {
+        if (candidate > value) {
+            value = candidate;
+            slot = from;
         }
-        value = candidate;
-        slot = from;
-        return true;
     }
 };
 
@@ -52,25 +49,9 @@ void Point3DArr::forLivePoints(Visit visit) const {
 
 // Farthest points
 
-float Point3DArr::GetFarthestTwoPointsM(int start, int count, int *i1, int *i2) const {
-    Largest<double> best;
-    int partner = SL_DELETED_INT;
-    int behind = count < 0 ? bound : count; // points that the inner walk may still take
-    forLivePoints(start, count, [&](int outer, const float *from) {
-        forLivePoints(outer + 1, --behind, [&](int inner, const float *to) {
-            if (best.offer(slSquareDistance3(from, to), outer)) {
-                partner = inner;
-            }
-        });
-    });
-    *i1 = best.slot;
-    *i2 = partner;
-    return toFloat(best.value);
-}
-
 float Point3DArr::GetFarthestPntToLineM(const float *a, const float *b, int start, int count,
                                         int *idx) const {
-    Largest<float> best;
+    Largest best;
     forLivePoints(start, count, [&](int slot, const float *point) {
         float t;
         best.offer(slGetPntLineSquareDist(a, b, point, &t), slot);
@@ -81,7 +62,7 @@ float Point3DArr::GetFarthestPntToLineM(const float *a, const float *b, int star
 
 float Point3DArr::GetFarthestPntToPlaneM(const float *normal, float d, int start, int count,
                                          int *idx) const {
-    Largest<float> best;
+    Largest best;
     forLivePoints(start, count, [&](int slot, const float *point) {
         best.offer(slGetPntPlaneDist(normal, d, point), slot);
     });
@@ -206,7 +187,7 @@ float Point3DArr::GetAverageDistToPntM(const float *pnt) const {
 }
 
 float Point3DArr::GetMaxLenToGivenPntM(const float *pnt) const {
-    Largest<float> best;
+    Largest best;
     forLivePoints([&](int slot, const float *point) { best.offer(slDistance3(point, pnt), slot); });
     return best.value;
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "trunnion/containers/detail/slot_array_impl.h"
 #include "trunnion/containers/detail/slot_lists_impl.h"
@@ -198,8 +199,12 @@ int IntArr::AddItemByCompareM(int value) {
 }
 
 int IntArr::AddItemByCompare2M(int value) {
-    int idx;
-    return FindItemM(value, &idx) == 1 ? idx : AddItemM(value);
+    const int *slots = std::as_const(*this).data();
+    const int slot = finder.lowest(
+        {changes.rewrites, 0, changes.writerMayLive, bound}, value,
+        [slots](int at) { return slots[at]; },
+        [slots, value](int at) { return slots[at] == value; });
+    return slot >= 0 ? slot : AddItemM(value);
 }
 
 void IntArr::MergeByCompareM(const IntArr &other) {

@@ -8,7 +8,9 @@
 // Walking: for (int r = a.GetFirstM(&value, &idx); r != -1; r = a.GetNextM(&value, &idx, idx)) ...
 #pragma once
 
+#include "trunnion/containers/detail/slot_finder.h"
 #include "trunnion/containers/detail/slot_kinds.h"
+#include "trunnion/containers/detail/value_slots.h"
 
 // Integers. A slot is empty when it holds SL_DELETED_INT; -2147483648 is not live either.
 class TRUNNION_API IntArr : private trunnion::detail::SingleSlots<trunnion::detail::IntSlots> {
@@ -52,8 +54,11 @@ public:
     void FmInputOzkLstM(std::FILE *file);
 
     // Unchecked access to a slot below the capacity; a write changes no count.
-    int &operator[](int idx) { return *slotAt(idx); }
-    int &ElementAtM(int idx) { return *slotAt(idx); }
+    int &operator[](int idx) {
+        changes.noteWriter();
+        return *slotAt(idx);
+    }
+    int &ElementAtM(int idx) { return (*this)[idx]; }
 
     // First slot below the bound that equals `value`: 1 and its number, or 0 and SL_DELETED_INT.
     // Looks at empty slots too.
@@ -80,11 +85,16 @@ public:
     // is arbitrary. Log n and a move.
     int AddItemByCompareM(int value);
     // Appends the value if no slot holds it. Returns the slot of the first equal one, or the new
-    // one. Linear.
+    // one. Constant time on the average while nothing but appending happens in between, with an
+    // index of 8 to 16 bytes a value; linear otherwise, and as long as a reference from operator[]
+    // or a writable pointer may be in use.
     int AddItemByCompare2M(int value);
     // AddItemByCompare2M of every slot of `other`, in order; an empty array becomes a copy of
     // `other`. Both arrays must have no holes, and `other` must be another array.
     void MergeByCompareM(const IntArr &other);
+
+private:
+    trunnion::detail::SlotFinder<trunnion::detail::ValueSlots> finder;
 };
 
 // Floats. A slot is empty when it holds SL_DELETED_REAL.

@@ -12,6 +12,8 @@ namespace trunnion::detail {
 
 template <class Slots>
 void SlotArray<Slots>::release() {
+    changes.noteRewrite();
+    changes.noteEndOfPointers();
     if (capacity > inlineSlots) {
         slFree(heapItems);
     }
@@ -26,6 +28,7 @@ SlotArray<Slots> &SlotArray<Slots>::operator=(const SlotArray &other) {
     if (this == &other) {
         return *this;
     }
+    changes.noteRewrite();
     if (capacity != other.capacity) {
         release();
         if (other.capacity > inlineSlots) {
@@ -59,6 +62,7 @@ int SlotArray<Slots>::AddSizeM(int n) {
     markAll(block + static_cast<std::ptrdiff_t>(capacity) * width, n);
     heapItems = block;
     capacity = static_cast<int>(grown);
+    changes.noteEndOfPointers();
     return 1;
 }
 
@@ -98,22 +102,6 @@ int SlotArray<Slots>::InsertItemM(Argument value, int idx) {
 }
 
 template <class Slots>
-int SlotArray<Slots>::DelItemM(int idx) {
-    if (idx < 0 || idx >= bound) {
-        return 1;
-    }
-    Value &first = *slotAt(idx);
-    if (isLive(first)) {
-        first = Slots::marker;
-        --available;
-    }
-    if (idx == bound - 1) {
-        --bound;
-    }
-    return 1;
-}
-
-template <class Slots>
 int SlotArray<Slots>::DelAllM() {
     release();
     markAll(inlineItems, inlineSlots);
@@ -122,6 +110,7 @@ int SlotArray<Slots>::DelAllM() {
 
 template <class Slots>
 typename Slots::ClearResult SlotArray<Slots>::DelAllVirtualM() {
+    changes.noteRewrite();
     markEmpty(0, Slots::clearsWholeBlock ? capacity : bound);
     if constexpr (Slots::clearsWholeBlock) {
         markAll(inlineItems, inlineSlots);
@@ -140,6 +129,7 @@ void SlotArray<Slots>::markEmpty(int from, int to) {
 
 template <class Slots>
 void SlotArray<Slots>::setCounts(int newBound, int newAvailable) {
+    changes.noteRewrite();
     markEmpty(newBound, bound);
     bound = newBound;
     available = newAvailable;
@@ -147,14 +137,16 @@ void SlotArray<Slots>::setCounts(int newBound, int newAvailable) {
 
 template <class Slots>
 void SlotArray<Slots>::PurgeDeletedItemM() {
-    int kept = 0;
-    for (int i = 0; i < bound; ++i) {
-        if (purgeKeeps(*slotAt(i))) {
-            std::copy_n(slotAt(i), width, slotAt(kept));
-            ++kept;
-        }
+    Value *to = data();
+    const Value *end = slotAt(bound);
+    for (const Value *from = to; from != end; from += width) {
+        // Every slot is copied, so that no branch has to be foreseen.
+        const bool keeps = purgeKeeps(*from);
+        std::copy_n(from, width, to);
+        to += keeps ? width : 0;
     }
-    markAll(slotAt(kept), bound - kept);
+    const auto kept = static_cast<int>((to - data()) / width);
+    markAll(to, bound - kept);
     const bool fitsInline = bound > inlineSlots && kept <= inlineSlots;
     bound = kept;
     if (Slots::purgeReturnsInline && fitsInline) {

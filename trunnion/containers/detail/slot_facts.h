@@ -53,7 +53,8 @@ struct SlotDefaults {
     static constexpr ListForm listForm = ListForm::indexed;
     static constexpr int readEmptyTest =
         2; // leading values of which one marker makes a slot empty when read as text
-    using ClearResult = int; // of DelAllVirtualM
+    static constexpr bool isSearched = false; // some searches use an index beside the array
+    using ClearResult = int;                  // of DelAllVirtualM
 };
 
 template <int valuesPerSlot>
@@ -73,6 +74,7 @@ struct FloatSlots : SlotDefaults<float, valuesPerSlot> {
 };
 
 struct TRUNNION_API IntSlots : IntegerSlots<1> {
+    static constexpr bool isSearched = true;
     static constexpr bool checkedPointer = true;
     static constexpr bool purgeDropsMarkerOnly = true;
     static constexpr bool lastGivesSlot = true;
@@ -124,6 +126,7 @@ struct TRUNNION_API Point2DSlots : FloatSlots<2> {
 };
 
 struct TRUNNION_API Point3DSlots : FloatSlots<3> {
+    static constexpr bool isSearched = true;
     static constexpr float liveAbove = pointLiveLimit;
     static constexpr NewItemRule newItemRule = NewItemRule::heldNotAbove;
     static constexpr float newItemLimit = pointLiveLimit;

@@ -24,6 +24,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
 #include <type_traits>
 
 #include "trunnion/containers/detail/slot_facts.h"
@@ -34,6 +35,25 @@ namespace trunnion::detail {
 // `block` (null for a new one) resized to `slots` slots. Stops the process, as told above, when
 // that cannot be had.
 TRUNNION_API void *resizeBlock(void *block, long long slots, std::size_t slotBytes);
+
+// What an index beside an array has to know of it, in the classes that have one.
+struct SlotChanges {
+    std::uint64_t rewrites = 0; // changes but for appending
+    bool writerMayLive = false; // a host may still hold a pointer or reference that can write
+
+    void noteRewrite() { ++rewrites; }
+    void noteWriter() {
+        ++rewrites;
+        writerMayLive = true;
+    }
+    // A pointer lives until the array grows or is cleared.
+    void noteEndOfPointers() { writerMayLive = false; }
+};
+struct NoSlotChanges {
+    void noteRewrite() {}
+    void noteWriter() {}
+    void noteEndOfPointers() {}
+};
 
 template <class Slots>
 class TRUNNION_API SlotArray {
@@ -76,7 +96,10 @@ public:
         if (idx >= capacity) {
             return setBehindCapacity(value, idx);
         }
-        Value *slot = data() + static_cast<std::ptrdiff_t>(idx) * width;
+        if (idx < bound) {
+            changes.noteRewrite();
+        }
+        Value *slot = storage() + static_cast<std::ptrdiff_t>(idx) * width;
         available += countsAsNew(*slot) ? 1 : 0;
         bound = std::max(bound, idx + 1);
         writeSlot(slot, value);
@@ -92,7 +115,18 @@ public:
     int InsertItemM(Argument value, int idx);
     // Deletes one slot: it becomes a hole, and if it was the last one the bound falls by one, once.
     // At or past the bound nothing happens.
-    int DelItemM(int idx);
+    int DelItemM(int idx) {
+        if (idx < 0 || idx >= bound) {
+            return 1;
+        }
+        Value &first = *slotAt(idx);
+        if (isLive(first)) {
+            first = Slots::marker;
+            --available;
+        }
+        bound -= idx == bound - 1 ? 1 : 0;
+        return 1;
+    }
     // Clears, gives the block back and returns to the four inline slots. The increment stays.
     int DelAllM();
     // Clears and keeps the block.
@@ -122,7 +156,10 @@ public:
         return slotAt(idx);
     }
     // The storage, inline or heap. A write through it changes no count.
-    Value *getCurrentItemPrtM() { return data(); }
+    Value *getCurrentItemPrtM() {
+        changes.noteWriter();
+        return storage();
+    }
     const Value *getCurrentItemPrtConstM() const { return data(); }
 
     // First live slot: GetNextM(value, idx, -1).
@@ -173,7 +210,11 @@ protected:
     static bool isLive(Value first) { return first > Slots::liveAbove; }
     static bool walkSees(Value first) { return !Slots::walkSkipsEmpty || isLive(first); }
 
-    Value *data() { return capacity == inlineSlots ? inlineItems : heapItems; }
+    // For reading, and for a change, which is noted.
+    Value *data() {
+        changes.noteRewrite();
+        return storage();
+    }
     const Value *data() const { return capacity == inlineSlots ? inlineItems : heapItems; }
     const Value *slotAt(int idx) const { return data() + static_cast<std::ptrdiff_t>(idx) * width; }
     Value *slotAt(int idx) { return data() + static_cast<std::ptrdiff_t>(idx) * width; }
@@ -192,8 +233,10 @@ protected:
     int bound = 0;
     int available = 0;
     int increment = 10;
+    [[no_unique_address]] std::conditional_t<Slots::isSearched, SlotChanges, NoSlotChanges> changes;
 
 private:
+    Value *storage() { return capacity == inlineSlots ? inlineItems : heapItems; }
     static bool countsAsNew(Value held) {
         if constexpr (Slots::newItemRule == NewItemRule::heldMarker) {
             return held == Slots::marker;
