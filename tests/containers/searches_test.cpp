@@ -1,8 +1,10 @@
 // Searches and measures that are made fast find what the plain scan finds, whatever happens to the
 // list in between and when memory is short.
 #include <algorithm>
+#include <bit>
 #include <cmath>
-#include <cstring>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <vector>
 
@@ -183,7 +185,7 @@ TEST(Searches, APointIsFoundWhereTheScanFindsIt) {
                 break;
             }
             if (points.GetLengthM() == pointerBlock && random.oneIn(3)) {
-                std::copy_n(p, 3, pointer + 3 * slot);
+                std::copy_n(p, 3, pointer + std::ptrdiff_t{3} * slot);
             }
             nastyPoint(random, p);
             const int expected = scanForPoint(points, p);
@@ -196,9 +198,10 @@ TEST(Searches, APointIsFoundWhereTheScanFindsIt) {
 TEST(Searches, AddingManyPointsIsNotQuadratic) {
     Point3DArr points;
     for (int i = 0; i < 300000; ++i) { // a dense cloud: thousands in one cell of the first size
-        float p[3] = {0.0005F * static_cast<float>(i % 64),
-                      0.0005F * static_cast<float>(i / 64 % 64),
-                      0.0005F * static_cast<float>(i / 4096)};
+        const int steps[3] = {i % 64, i / 64 % 64, i / 4096};
+        float p[3];
+        std::transform(steps, steps + 3, p,
+                       [](int step) { return 0.0005F * static_cast<float>(step); });
         ASSERT_EQ(points.AddPointM(p), i);
     }
 }
@@ -274,7 +277,7 @@ TEST(Searches, AllVectorsMovePointsToTheSameBits) {
         const bool moves = random.oneIn(2);
         std::vector<float> expected = points;
         for (int i = 0; i < count; ++i) {
-            float *p = expected.data() + 3 * i;
+            float *p = expected.data() + std::ptrdiff_t{3} * i;
             if (p[0] > -5e17F) {
                 moves ? slMatrix16MultiPoint3(m, p) : slMatrix16MultiVector3(m, p);
             }
@@ -286,7 +289,8 @@ TEST(Searches, AllVectorsMovePointsToTheSameBits) {
                 trunnion::detail::transformPoints(m, moves, moved.data(), count, width);
                 for (std::size_t i = 0; i < moved.size(); ++i) {
                     const bool sameNaN = std::isnan(moved[i]) && std::isnan(expected[i]);
-                    ASSERT_TRUE(sameNaN || std::memcmp(&moved[i], &expected[i], 4) == 0)
+                    ASSERT_TRUE(sameNaN || std::bit_cast<std::uint32_t>(moved[i]) ==
+                                               std::bit_cast<std::uint32_t>(expected[i]))
                         << moved[i] << ' ' << expected[i];
                 }
             }

@@ -159,14 +159,16 @@ TEST(MergeIndex, TheNearestNodeIsThatOfTheScan) {
 TEST(MergeIndex, ThreadsFindTheNearestNodeTogether) {
     NodeArr list;
     for (int i = 0; i < 4096; ++i) {
-        float point[3] = {static_cast<float>(i % 16), static_cast<float>(i / 16 % 16),
-                          static_cast<float>(i / 256)};
+        const int steps[3] = {i % 16, i / 16 % 16, i / 256};
+        float point[3];
+        std::copy_n(steps, 3, point);
         NodeCL node(31);
         node.SetPntM(point);
         list.AddItemM(node);
     }
     std::atomic<int> wrong{0};
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&list, &wrong, t] {
             for (int i = t; i < 4096; i += 7) {
