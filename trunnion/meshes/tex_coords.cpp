@@ -22,7 +22,7 @@
 #include "trunnion/geometry/matrices.h"
 #include "trunnion/geometry/planes.h"
 #include "trunnion/geometry/scalars.h"
-#include "trunnion/meshes/detail/merge_index.h"
+#include "trunnion/meshes/detail/hash_key.h"
 #include "trunnion/meshes/node_arr.h"
 #include "trunnion/meshes/triangle_arr.h"
 

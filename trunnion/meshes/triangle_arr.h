@@ -149,6 +149,4 @@ private:
     // The steps of one triangle. Returns the first one above `lastSince` that deletes it, and takes
     // none behind it; -1 if there is none.
     int changeNodesOf(int idx, const int *newNumbers, int count, int lastSince);
-
-    trunnion::detail::MergeIndex index;
 };

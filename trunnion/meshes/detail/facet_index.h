@@ -21,7 +21,7 @@
 
 #include "trunnion/meshes/detail/ascending_lists.h"
 #include "trunnion/meshes/detail/facet_lists.h"
-#include "trunnion/meshes/detail/merge_index.h"
+#include "trunnion/meshes/detail/hash_key.h"
 
 namespace trunnion::detail {
 
