@@ -2,11 +2,10 @@
 #include "trunnion/meshes/detail/nearest_nodes.h"
 
 #include <algorithm>
-#include <climits>
-#include <cmath>
 #include <new>
 #include <utility>
 
+#include "trunnion/containers/detail/point_cells.h"
 #include "trunnion/geometry/detail/guards.h"
 
 namespace trunnion::detail {
@@ -14,10 +13,6 @@ namespace trunnion::detail {
 namespace {
 
 constexpr std::size_t leafSize = 16;
-
-bool isFinitePoint(const float *point) {
-    return std::isfinite(point[0]) && std::isfinite(point[1]) && std::isfinite(point[2]);
-}
 
 bool isLive(const NodeCL &node) {
     return node.IsAvailableM() == TAG_AVAILABLE;
