@@ -11,12 +11,58 @@
 #include "trunnion/meshes/detail/facet_arr_impl.h"
 #include "trunnion/meshes/node_arr.h"
 
+using trunnion::detail::countEdgeAmong;
 using trunnion::detail::dot;
 using trunnion::detail::liesWithin;
 using trunnion::detail::load3;
 
 template class ItemArr<TriangleCL>;
 template class trunnion::detail::FacetArr<TriangleCL>;
+
+namespace {
+
+// A step along the boundary, given the triangles at a node one by one. countEdge(next) is the
+// number of triangles with the edge from the node to `next`.
+template <class CountEdge>
+class BoundaryStep {
+public:
+    BoundaryStep(int previousNode, CountEdge counter)
+        : previous(previousNode), countEdge(counter) {}
+
+    // True if a boundary edge of the triangle leads on.
+    bool leadsOn(TriangleCL triangle, int current) {
+        int others[2];
+        triangle.GetOtherTwoIdxI(triangle.positionOf(current), others);
+        return leadsTo(others[0]) || leadsTo(others[1]);
+    }
+    // The result of the step, with the next node in pair[1] if there is one.
+    int finish(int *pair) const {
+        if (count != 1 && !cameFromNeighbour) {
+            return count;
+        }
+        pair[1] = count == 1 ? reached : previous;
+        return 1;
+    }
+
+private:
+    bool leadsTo(int next) {
+        if (next == previous) {
+            cameFromNeighbour = true;
+            return false;
+        }
+        count = countEdge(next);
+        reached = next;
+        return count == 1;
+    }
+
+    const int previous;
+    CountEdge countEdge;
+    bool cameFromNeighbour = false;
+    int count = 0; // of the edge that was tried last
+    int reached = SL_DELETED_INT;
+};
+
+} // namespace
 
 TriangleArr::~TriangleArr() = default;
 
@@ -158,34 +204,34 @@ void TriangleArr::GetMajorNormM(float *const normal) const {
 
 // Topology
 
+int TriangleArr::gatherAt(int node, int *slots, int most) const {
+    int count = 0;
+    anyAt(node, [&](int slot) {
+        if (count < most) {
+            slots[count] = slot;
+        }
+        return ++count > most;
+    });
+    return count <= most ? count : -1;
+}
+
 int TriangleArr::GetOneBoundWithStIdxM(int previous, int *const pair, int *slot) const {
     const int current = pair[0];
-    bool cameFromNeighbour = false;
-    int count = 0;
-    const auto leadsOn = [&](int next) {
-        if (next == previous) {
-            cameFromNeighbour = true;
-            return false;
+    // Every edge at the node is held by the triangles at the node. Without an index they are
+    // gathered once, if they are not very many, instead of scanning for each edge.
+    int around[64];
+    const int aroundCount = searchIndex() == nullptr ? gatherAt(current, around, 64) : -1;
+    if (aroundCount >= 0) {
+        BoundaryStep step(previous, [&](int next) {
+            return countEdgeAmong(items(), around, aroundCount, current, next, slot);
+        });
+        for (int i = 0; i < aroundCount && !step.leadsOn(items()[around[i]], current); ++i) {
         }
-        count = JudgeBoundM(current, next, slot);
-        if (count == 1) {
-            pair[1] = next;
-        }
-        return count == 1;
-    };
-    bool isFound = false;
-    anyAt(current, [&](int i) {
-        TriangleCL triangle = items()[i];
-        int others[2];
-        triangle.GetOtherTwoIdxI(triangle.positionOf(current), others);
-        isFound = leadsOn(others[0]) || leadsOn(others[1]);
-        return isFound;
-    });
-    if (!isFound && cameFromNeighbour) {
-        pair[1] = previous;
-        return 1;
+        return step.finish(pair);
     }
-    return count;
+    BoundaryStep step(previous, [&](int next) { return JudgeBoundM(current, next, slot); });
+    anyAt(current, [&](int i) { return step.leadsOn(items()[i], current); });
+    return step.finish(pair);
 }
 
 // Finding triangles

@@ -149,4 +149,7 @@ private:
     // The steps of one triangle. Returns the first one above `lastSince` that deletes it, and takes
     // none behind it; -1 if there is none.
     int changeNodesOf(int idx, const int *newNumbers, int count, int lastSince);
+    // Writes the slots that hold the node, ascending, to `slots`. Returns their number, or -1 if
+    // there are more than `most`.
+    int gatherAt(int node, int *slots, int most) const;
 };

@@ -56,6 +56,19 @@ int countEdge(const Item *facets, int count, int a, int b, int *slot) {
     return found;
 }
 
+// The same among the slots of an ascending list.
+template <class Item>
+int countEdgeAmong(const Item *facets, const int *slots, int count, int a, int b, int *slot) {
+    int found = 0;
+    std::for_each_n(slots, count, [&](int i) {
+        if (holdsEdge<Item::cornerCount>(facets[i].GetNodeIdxPM(), a, b)) {
+            ++found;
+            *slot = i;
+        }
+    });
+    return found;
+}
+
 // True if all nodes of the triangle are among the three of `nodes`.
 inline bool liesWithin(const TriangleCL &triangle, const int *nodes) {
     const int *own = triangle.GetNodeIdxPM();
