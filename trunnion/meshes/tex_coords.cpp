@@ -251,10 +251,12 @@ private:
     static std::size_t edgeCount(const TriangleSpan &list) {
         return static_cast<std::size_t>(list.bound) * corners;
     }
+    // Edges between neighbouring numbers differ little from node to node: shifting by the node
+    // keeps the chains of neighbours side by side in memory.
     int &headOf(const Edge &edge) {
-        const std::uint64_t key =
-            static_cast<std::uint64_t>(edge.from) << 32 | static_cast<std::uint32_t>(edge.to);
-        return heads[trunnion::detail::scramble(key) & (heads.size() - 1)];
+        const auto from = static_cast<std::uint64_t>(edge.from);
+        const auto to = static_cast<std::uint64_t>(edge.to);
+        return heads[(trunnion::detail::scramble(to - from) + from) & (heads.size() - 1)];
     }
 
     TriangleSpan triangles;
