@@ -41,7 +41,11 @@ public:
     // Where the facets stand from now on.
     void setFacets(const Item *current) { facets = current; }
     // A slot takes part from now on, or no longer.
-    void enter(int slot) { enter(slot, nullptr); }
+    void enter(int slot) {
+        if (!enterPlain(slot)) {
+            enter(slot, nullptr);
+        }
+    }
     void leave(int slot) { leave(slot, facets[slot].GetNodeIdxPM(), nullptr); }
     // The facet in the slot has other nodes than before.
     void change(int slot, const int *before) {
@@ -72,14 +76,21 @@ public:
             });
             return edge.size();
         }
+        // In a triangle every other node than a stands next to it.
+        const bool isAny = corners == 3 && a != b;
+        const int other = &shorter == &at(a) ? b : a;
         int found = 0;
+        int highest = -1;
         lists.any(shorter, [&](int i) {
-            if (holdsEdge<corners>(facets[i].GetNodeIdxPM(), a, b)) {
-                ++found;
-                *slot = i;
-            }
+            const bool holds = isAny ? holdsNode(facets[i], other)
+                                     : holdsEdge<corners>(facets[i].GetNodeIdxPM(), a, b);
+            found += holds ? 1 : 0;
+            highest = holds ? i : highest;
             return false;
         });
+        if (found > 0) {
+            *slot = highest;
+        }
         return found;
     }
 
@@ -206,6 +217,24 @@ private:
         }
     }
 
+    // Enters the slot if nothing about it is out of the ordinary. This is the way of nearly all
+    // facets; false if it is not that of this one.
+    bool enterPlain(int slot) {
+        const int *nodes = facets[slot].GetNodeIdxPM();
+        List *own[corners];
+        for (int i = 0; i < corners; ++i) {
+            const auto number = static_cast<std::uint32_t>(nodes[i]);
+            if (number >= dense.size() || isAmong(nodes, i, nodes[i]) ||
+                dense[number].size() >= AscendingLists::longest) {
+                return false;
+            }
+            own[i] = &dense[number];
+        }
+        for (List *list : own) {
+            lists.insert(*list, slot);
+        }
+        return true;
+    }
     // Enters the slot where the nodes `before` have not brought it yet.
     void enter(int slot, const int *before) {
         const int *nodes = facets[slot].GetNodeIdxPM();

@@ -76,7 +76,7 @@ public:
 private:
     static constexpr std::uint64_t nothing = UINT64_MAX;
     static constexpr int smallestList = 32; // a scan of fewer slots is as fast
-    static constexpr std::uint64_t scansToBuild = 8;
+    static constexpr std::uint64_t scansToBuild = 4;
 
     bool isWorthBuilding(int bound) const {
         return bound >= smallestList && scanned.load(std::memory_order_relaxed) >=
