@@ -72,6 +72,22 @@ Soup readSoup(const std::string &path) {
     return soup;
 }
 
+Patch meshOf(const Soup &soup) {
+    Patch mesh;
+    for (std::size_t i = 0; i < soup.size(); i += 3) {
+        int corners[3];
+        for (std::size_t k = 0; k < 3; ++k) {
+            mesh.nodes.MergeNodeLstM(nodeAt(soup[i + k]), &corners[k]);
+        }
+        Point normal{};
+        slPlaneNormal(soup[i].data(), soup[i + 1].data(), soup[i + 2].data(), normal.data());
+        TriangleCL triangle(TAG_AVAILABLE);
+        triangle.SetValueM(corners[0], corners[1], corners[2], normal.data());
+        mesh.triangles.MergeTriangleLstM(triangle);
+    }
+    return mesh;
+}
+
 MeshRows::MeshRows(const std::string &work,
                    const std::function<void(Contest &, const Soup &)> &declare) {
     const std::vector<fs::path> files = meshFiles();

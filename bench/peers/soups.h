@@ -21,6 +21,9 @@ Soup gridSoup(int triangles, float jitter = 0.0F);
 // The triangles of a binary STL file. Ends the program if the file cannot be read.
 Soup readSoup(const std::string &path);
 
+// The mesh that a soup makes by merging its corners and triangles, with the normals of the facets.
+Patch meshOf(const Soup &soup);
+
 // Registers a row "work/name of the mesh" for each STL file of the folder that the environment
 // variable TRUNNION_MESHES names; without it a single row that tells that it is not measured. Made
 // at namespace scope.
