@@ -13,3 +13,11 @@
 #else
 #define TRUNNION_API __attribute__((visibility("default")))
 #endif
+
+// Declares an instantiation of a template that the library holds. A DLL of GCC offers none of its
+// inline members, so there the caller's compiler makes those anew.
+#if defined(_WIN32) && !defined(TRUNNION_STATIC)
+#define TRUNNION_EXTERN_TEMPLATE(...) static_assert(true)
+#else
+#define TRUNNION_EXTERN_TEMPLATE(...) extern template __VA_ARGS__
+#endif

@@ -52,7 +52,7 @@ TRUNNION_API int operator==(const TqStringCL &a, const TqStringCL &b);
 TRUNNION_API int operator>(const TqStringCL &a, const TqStringCL &b);
 TRUNNION_API int operator>=(const TqStringCL &a, const TqStringCL &b);
 
-extern template class ItemArr<TqStringCL>;
+TRUNNION_EXTERN_TEMPLATE(class ItemArr<TqStringCL>);
 
 class TRUNNION_API TqStringArr : public ItemArr<TqStringCL> {
 public:

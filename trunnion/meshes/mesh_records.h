@@ -179,8 +179,8 @@ protected:
     int nodeIdx[corners];
 };
 
-extern template class Facet<3>;
-extern template class Facet<4>;
+TRUNNION_EXTERN_TEMPLATE(class Facet<3>);
+TRUNNION_EXTERN_TEMPLATE(class Facet<4>);
 
 } // namespace trunnion::detail
 

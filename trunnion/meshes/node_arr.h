@@ -18,7 +18,7 @@
 class QuadArr;
 class TriangleArr;
 
-extern template class ItemArr<NodeCL>;
+TRUNNION_EXTERN_TEMPLATE(class ItemArr<NodeCL>);
 
 class TRUNNION_API NodeArr : public ItemArr<NodeCL> {
 public:

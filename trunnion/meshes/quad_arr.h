@@ -10,8 +10,8 @@
 #include "trunnion/meshes/facet_arr.h"
 #include "trunnion/meshes/mesh_records.h"
 
-extern template class ItemArr<QuadCL>;
-extern template class trunnion::detail::FacetArr<QuadCL>;
+TRUNNION_EXTERN_TEMPLATE(class ItemArr<QuadCL>);
+TRUNNION_EXTERN_TEMPLATE(class trunnion::detail::FacetArr<QuadCL>);
 
 class TRUNNION_API QuadArr : public trunnion::detail::FacetArr<QuadCL> {
 public:

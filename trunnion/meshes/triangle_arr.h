@@ -20,8 +20,8 @@ class NodeArr;
 class Point2DArr;
 struct XYCoordSysD;
 
-extern template class ItemArr<TriangleCL>;
-extern template class trunnion::detail::FacetArr<TriangleCL>;
+TRUNNION_EXTERN_TEMPLATE(class ItemArr<TriangleCL>);
+TRUNNION_EXTERN_TEMPLATE(class trunnion::detail::FacetArr<TriangleCL>);
 
 class TRUNNION_API TriangleArr : public trunnion::detail::FacetArr<TriangleCL> {
 public:
