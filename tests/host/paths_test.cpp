@@ -117,13 +117,17 @@ TEST(Paths, PathGoesInFrontOfAnyNameButNULL) {
 
 TEST(Paths, NamesAndWildCardsAreFound) {
     const test::TempDrive drive;
+    for (const char *root : {"E:", "E:\\", "E:\\.", "E:\\Sub\\..", "E:\\*.*"}) {
+        EXPECT_EQ(slFindSingleFile(root), 0) << root << ": a drive is no name in a directory";
+    }
     fs::create_directories(drive.path("Sub/empty"));
     test::writeBytes(drive.path("Sub/Part.NC"), "G0");
     test::writeBytes(drive.path("Sub/plain"), "");
     const std::string onDisk = drive.path("Sub/P*");
     for (const char *path :
          {"E:\\Sub\\Part.NC", "e:\\SUB\\part.nc", "E:\\Sub", "E:\\Sub\\*.nc", "E:\\sub\\p*t.??",
-          "E:\\Sub\\plain.*", "E:\\Sub\\*a*t*c", "E:\\Sub\\empty\\*.*", onDisk.c_str()}) {
+          "E:\\Sub\\plain.*", "E:\\Sub\\*a*t*c", "E:\\Sub\\empty\\*.*", "E:\\..\\Sub\\.",
+          "E:\\no\\..\\Sub\\plain. .", "E:\\Sub.\\plain", onDisk.c_str()}) {
         EXPECT_TRUE(slIsExistentPath(path)) << path;
         EXPECT_EQ(slFindSingleFile(path), 1) << path;
     }
@@ -133,7 +137,6 @@ TEST(Paths, NamesAndWildCardsAreFound) {
         EXPECT_FALSE(slIsExistentPath(path)) << path;
         EXPECT_EQ(slFindSingleFile(path), 0) << path;
     }
-    EXPECT_FALSE(slIsExistentPath("E:\\")) << "a drive is no name in a directory";
     EXPECT_FALSE(slIsExistentPath("E:\\Sub\\")) << "a separator at the end";
     EXPECT_EQ(slFindSingleFile("E:\\Sub\\"), 1) << "but one is dropped here";
     EXPECT_FALSE(slIsExistentPath(nullptr));
@@ -177,6 +180,25 @@ TEST(Paths, TreeIsRemovedWithReadOnlyFiles) {
     }
     EXPECT_EQ(slRemoveDirRecursively("E:\\Tree\\"), 1);
     EXPECT_FALSE(fs::exists(drive.path("tree")));
+}
+
+TEST(Paths, DriveIsEmptiedAndStays) {
+    const test::TempDrive drive;
+    fs::create_directory(drive.path("a"));
+    test::writeBytes(drive.path("a/b"), "x");
+    EXPECT_EQ(slRemoveDirRecursively("E:\\"), 1);
+    EXPECT_FALSE(fs::exists(drive.path("a")));
+    EXPECT_EQ(slCreateDirRecursively("E:\\a"), 1);
+}
+
+TEST(Paths, NamesLoseTheDotsAndBlanksAtTheirEnd) {
+    const test::TempDrive drive;
+    test::writeBytes(drive.path("source"), "x");
+    EXPECT_EQ(slCopyFile("E:\\source.", "E:\\missing\\..\\copy. ."), 1);
+    EXPECT_EQ(slCreateDirRecursively("E:\\folder. "), 1);
+    EXPECT_EQ(test::readBytes(drive.path("copy")), "x");
+    EXPECT_EQ(fs::last_write_time(drive.path("copy")), fs::last_write_time(drive.path("source")));
+    EXPECT_TRUE(fs::exists(drive.path("folder")));
 }
 
 TEST(Paths, RemovingWhatIsNoDirectoryChangesNothing) {

@@ -12,13 +12,6 @@ namespace {
 
 using trunnion::detail::iniValue;
 
-TEST(SettingsPosix, RemarksAndLinesBeforeTheFirstSectionAreNoEntries) {
-    const test::TempDrive drive;
-    test::writeBytes(drive.path("a.ini"), "key=before\n[Main]\n;key=remark\n");
-    EXPECT_EQ(iniValue("Main", ";key", "default", "E:\\a.ini"), "default");
-    EXPECT_EQ(iniValue("", "key", "default", "E:\\a.ini"), "default");
-}
-
 TEST(SettingsPosix, BareFileNameIsLookedUpInTheWindowsDirectory) {
     const test::TempDrive drive;
     trunnion::SetWindowsDirectory("E:\\");

@@ -62,30 +62,38 @@ Found kindOf(const std::string &path) {
     return lstat(path.c_str(), &info) == 0 ? Found::file : Found::nothing;
 }
 
+bool isDots(const char *name) {
+    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
+}
+
 using Listing = std::unique_ptr<DIR, int (*)(DIR *)>;
 
 Listing openListing(const std::string &path) {
     return {opendir(path.c_str()), &closedir};
 }
 
-Found findMatching(const std::string &path) {
+// True for the directory behind a drive, which for the drive is no entry of any directory and has
+// no dot entries.
+bool isDriveRoot(const char *path, const std::string &systemName) {
+    std::string root;
+    return isDrivePath(path) && driveRoot(path[0], root) && systemName == root + '/';
+}
+
+Found findMatching(const char *drivePath, const std::string &path) {
     const std::size_t nameAt = path.rfind('/') + 1; // 0 where there is no slash
     const std::string_view pattern = std::string_view(path).substr(nameAt);
     if (pattern.find_first_of("*?") == std::string_view::npos) {
         return Found::nothing;
     }
     const std::string directory = path.substr(0, nameAt);
+    const bool isRoot = isDriveRoot(drivePath, directory);
     const Listing listing = openListing(directory.empty() ? "." : directory);
     while (const dirent *entry = listing ? readdir(listing.get()) : nullptr) {
-        if (matches(pattern, entry->d_name)) {
+        if (matches(pattern, entry->d_name) && !(isRoot && isDots(entry->d_name))) {
             return kindOf(directory + entry->d_name);
         }
     }
     return Found::nothing;
-}
-
-bool isDots(const char *name) {
-    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
 }
 
 bool isLinkAt(const std::string &path) {
@@ -96,12 +104,12 @@ bool isLinkAt(const std::string &path) {
 } // namespace
 
 Found findName(const char *path) {
-    if (isDrivePath(path) && std::strchr("\\/", path[std::strlen(path) - 1]) != nullptr) {
+    const std::string name = systemPath(path);
+    if (isDrivePath(path) && name.ends_with('/')) {
         return Found::nothing;
     }
-    const std::string name = systemPath(path);
     const Found exact = kindOf(name);
-    return exact != Found::nothing ? exact : findMatching(name);
+    return exact != Found::nothing ? exact : findMatching(path, name);
 }
 
 bool listDirectory(const char *path, std::vector<DirectoryEntry> &entries) {
@@ -139,7 +147,8 @@ bool makeDirectory(const char *path) {
 }
 
 bool removeDirectory(const char *path) {
-    return rmdir(systemPath(path).c_str()) == 0;
+    const std::string name = systemPath(path);
+    return !isDriveRoot(path, name) && rmdir(name.c_str()) == 0;
 }
 
 bool removeFile(const char *path) {
@@ -151,15 +160,21 @@ bool copyFile(const char *source, const char *target) {
     if (attributes >= 0 && (attributes & attributeReadOnly) != 0) {
         return false; // the system itself would let a privileged user overwrite it
     }
+    const std::string original = systemPath(source);
     const std::string copy = systemPath(target);
     const bool isNew = kindOf(copy) == Found::nothing;
     std::error_code failure;
-    std::filesystem::copy_file(systemPath(source), copy,
-                               std::filesystem::copy_options::overwrite_existing, failure);
-    if (failure && isNew) {
-        unlink(copy.c_str());
+    std::filesystem::copy_file(original, copy, std::filesystem::copy_options::overwrite_existing,
+                               failure);
+    if (failure) {
+        if (isNew) {
+            unlink(copy.c_str());
+        }
+        return false;
     }
-    return !failure;
+    const auto written = std::filesystem::last_write_time(original, failure);
+    std::filesystem::last_write_time(copy, written, failure);
+    return true;
 }
 
 std::string inCurrentDirectory(const char *name) {

@@ -26,7 +26,12 @@ public:
     bool next() { return FindNextFileA(handle, &entry) != 0; }
     const char *name() const { return entry.cFileName; }
     bool isDirectory() const { return has(FILE_ATTRIBUTE_DIRECTORY); }
-    bool isLink() const { return has(FILE_ATTRIBUTE_REPARSE_POINT); }
+    // Other reparse points, like the files of a cloud, hold what they name.
+    bool isLink() const {
+        return has(FILE_ATTRIBUTE_REPARSE_POINT) &&
+               (entry.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
+                entry.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
+    }
 
 private:
     bool has(DWORD attribute) const { return (entry.dwFileAttributes & attribute) != 0; }
@@ -42,6 +47,14 @@ bool isDots(const char *name) {
 bool isDirectory(const char *path) {
     const DWORD attributes = GetFileAttributesA(path);
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+// The letter of the drive whose root `path` names, in upper case, or 0 for any other path.
+char rootLetter(const char *path) {
+    char full[MAX_PATH] = "";
+    const DWORD length = GetFullPathNameA(path, MAX_PATH, full, nullptr);
+    constexpr DWORD rootLength = 3; // "C:\"
+    return length == rootLength ? CharUpperA(full)[0] : '\0';
 }
 
 } // namespace
@@ -77,17 +90,14 @@ bool listDirectory(const char *path, std::vector<DirectoryEntry> &entries) {
 }
 
 bool isLink(const char *path) {
-    const DWORD attributes = GetFileAttributesA(path);
-    return attributes != INVALID_FILE_ATTRIBUTES &&
-           (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    const Search search(path);
+    return search.hasFound() && search.isLink();
 }
 
-// The root of a drive.
 bool isSystemRoot(const char *path) {
-    char full[MAX_PATH];
-    const DWORD length = GetFullPathNameA(path, MAX_PATH, full, nullptr);
-    constexpr DWORD driveRoot = 3; // "C:\"
-    return length > 0 && length <= driveRoot;
+    char system[MAX_PATH] = "";
+    GetWindowsDirectoryA(system, MAX_PATH);
+    return rootLetter(path) != '\0' && rootLetter(path) == CharUpperA(system)[0];
 }
 
 bool makeDirectory(const char *path) {
@@ -95,11 +105,12 @@ bool makeDirectory(const char *path) {
 }
 
 bool removeDirectory(const char *path) {
-    return RemoveDirectoryA(path) != 0;
+    return rootLetter(path) == '\0' && RemoveDirectoryA(path) != 0;
 }
 
 bool removeFile(const char *path) {
-    return DeleteFileA(path) != 0;
+    // A link to a directory is removed as one.
+    return DeleteFileA(path) != 0 || (isLink(path) && RemoveDirectoryA(path) != 0);
 }
 
 bool copyFile(const char *source, const char *target) {

@@ -13,12 +13,14 @@ namespace trunnion::detail {
 // other path stays as it is. Where nothing has exactly the resulting name, every component is
 // looked up again without regard to case; what is still not found keeps the spelling that was
 // given, so that a new file gets the name that the caller chose. The result is empty for a drive
-// that is not mapped.
+// that is not mapped. On a drive "." and ".." are resolved as text and never lead out of it, and
+// dots and blanks at the end of a name do not count.
 std::string systemPath(const char *path);
 
 // fopen by drive path or system path. Files are always opened in binary mode underneath: what is
 // written is the same bytes on every system, and the readers of text accept both line ends
-// themselves. Null on failure, and for a directory.
+// themselves. Null on failure, for a directory, and where `mode` writes to a file that is
+// read-only.
 std::FILE *openFile(const char *path, const char *mode);
 
 // Bytes between the position of `file` and its end, or INT64_MAX where the system cannot tell (a
@@ -43,15 +45,15 @@ inline constexpr int attributeReadOnly = 1;
 inline constexpr int attributeDirectory = 16;
 inline constexpr int attributeNormal = 128;
 
-// Attributes of a file or directory, as bits: read-only 1, directory 16, and normal 128 where
-// nothing else is set. -1 if there is no such thing.
+// Attributes of a file or directory, as bits: read-only 1, directory 16, those that only some
+// systems have, and normal 128 where nothing else is set. -1 if there is no such thing.
 int fileAttributes(const char *path);
 
-// Sets or clears the read-only attribute; the other bits of `attributes` are not the caller's to
-// set. False if there is no such file, or the system refuses.
+// Sets the attributes, of which a system takes those that it has and lets change. False if there is
+// no such file, or the system refuses.
 bool setFileAttributes(const char *path, int attributes);
 
-// Makes a read-only file writable for its own life, so that it can be overwritten.
+// Takes the attributes off a file for its own life, so that it can be overwritten.
 class WritableWhile {
 public:
     explicit WritableWhile(const char *path) : name(path), attributes(fileAttributes(path)) {

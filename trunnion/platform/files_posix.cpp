@@ -8,6 +8,7 @@
 #include <cstdarg>
 #include <cstring>
 #include <memory>
+#include <string_view>
 
 #include <dirent.h>
 #include <strings.h>
@@ -61,24 +62,53 @@ std::string withExistingSpelling(const std::string &path) {
     return found;
 }
 
+// A name as drives have them: without the dots and blanks at its end, unless they belong to a
+// pattern. In front of a separator only one dot goes.
+std::string_view driveName(std::string_view name, bool isLast) {
+    if (name.find_first_of("*?") != std::string_view::npos) {
+        return name;
+    }
+    if (isLast) {
+        return name.substr(0, name.find_last_not_of(". ") + 1);
+    }
+    const bool losesDot = name.ends_with('.') && name != "..."; // which would lead to the parent
+    return name.substr(0, name.size() - (losesDot ? 1 : 0));
+}
+
+// What stands behind the colon of a drive path, below the directory `root`. A drive resolves "."
+// and ".." as text, whatever is there, and ".." never leads out of it. It has no current directory,
+// so that "C:name" counts from the root.
+std::string belowDrive(const std::string &root, std::string_view rest) {
+    std::string path = root;
+    for (std::size_t at = 0; at <= rest.size();) {
+        const std::size_t end = std::min(rest.find_first_of("\\/", at), rest.size());
+        const std::string_view name = rest.substr(at, end - at);
+        const bool isLast = end == rest.size();
+        at = end + 1;
+        if (name == "..") {
+            path.resize(path.size() > root.size() ? path.rfind('/') : root.size());
+        } else if (name != ".") {
+            const std::string_view kept = driveName(name, isLast);
+            path += kept.empty() && !isLast ? "" : "/"; // of no last name the separator stays
+            path += kept;
+        }
+    }
+    return path.size() == root.size() ? path + '/' : path;
+}
+
+bool writes(const char *mode) {
+    return std::strpbrk(mode, "wa+") != nullptr;
+}
+
 } // namespace
 
 std::string systemPath(const char *path) {
     if (!isDrivePath(path)) {
         return *path != '\0' ? withExistingSpelling(path) : std::string();
     }
-    std::string result;
-    if (!driveRoot(path[0], result)) {
-        return {};
-    }
-    const char *rest = path + 2;
-    if (*rest != '\\' && *rest != '/') {
-        result += '/'; // "C:name": a drive has no current directory here, so the name counts from
-                       // its root
-    }
-    result += rest;
-    std::replace(result.begin(), result.end(), '\\', '/');
-    return withExistingSpelling(result);
+    std::string root;
+    return driveRoot(path[0], root) ? withExistingSpelling(belowDrive(root, path + 2))
+                                    : std::string();
 }
 
 std::FILE *openFile(const char *path, const char *mode) {
@@ -86,6 +116,10 @@ std::FILE *openFile(const char *path, const char *mode) {
     struct stat info {};
     if (name.empty() || (stat(name.c_str(), &info) == 0 && S_ISDIR(info.st_mode))) {
         return nullptr;
+    }
+    const int attributes = writes(mode) ? fileAttributes(path) : -1;
+    if (attributes >= 0 && (attributes & attributeReadOnly) != 0) {
+        return nullptr; // the system itself would let a privileged user write to it
     }
     return std::fopen(name.c_str(), mode);
 }

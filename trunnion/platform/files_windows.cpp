@@ -87,8 +87,7 @@ int fileAttributes(const char *path) {
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         return -1;
     }
-    const int known = static_cast<int>(attributes & (attributeReadOnly | attributeDirectory));
-    return known != 0 ? known : attributeNormal;
+    return static_cast<int>(attributes);
 }
 
 bool setFileAttributes(const char *path, int attributes) {

@@ -27,9 +27,10 @@ std::string documentsDirectory();
 
 // The value of `key` in the first section of an ini file that has the name `section`, or `fallback`
 // if there is no such file, section or key. A file name without a separator or a drive is looked up
-// in the Windows directory. Names of sections and keys are compared without regard to case; a value
-// loses blanks at both ends and then a pair of quotes, and ends after 259 bytes; a line that begins
-// with a semicolon is no entry.
+// in the Windows directory. Names of sections and keys are compared without regard to case and to
+// blanks around them; the section "" is what stands in front of the first heading. A value loses
+// blanks at both ends and then a pair of quotes, and ends after 259 bytes. A remark is a line whose
+// key begins with a semicolon.
 std::string iniValue(const char *section, const char *key, const char *fallback, const char *file);
 
 } // namespace trunnion::detail

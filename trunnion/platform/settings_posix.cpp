@@ -62,14 +62,17 @@ std::string homeDirectory() {
     return found->pw_dir;
 }
 
-bool equalIgnoringCase(std::string_view text, const char *name) {
-    return text.size() == std::strlen(name) && strncasecmp(text.data(), name, text.size()) == 0;
-}
-
 std::string_view trimmed(std::string_view text) {
-    constexpr const char *blanks = " \t\r\v\f";
+    constexpr const char *blanks = " \t\v\f\x1A";
     const std::size_t first = std::min(text.find_first_not_of(blanks), text.size());
     return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+}
+
+// Blanks around names do not count.
+bool isSameName(std::string_view text, const char *name) {
+    const std::string_view a = trimmed(text);
+    const std::string_view b = trimmed(name);
+    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
 }
 
 std::string_view withoutQuotes(std::string_view text) {
@@ -84,21 +87,33 @@ bool readLine(std::FILE *file, std::string &line) {
     line.clear();
     int c = trunnion::detail::nextByteUnlocked(file);
     const bool any = c != EOF;
-    for (; c != EOF && c != '\n'; c = trunnion::detail::nextByteUnlocked(file)) {
+    for (; c != EOF && c != '\n' && c != '\r'; c = trunnion::detail::nextByteUnlocked(file)) {
         line += static_cast<char>(c);
     }
     line.resize(std::strlen(line.c_str()));
     return any;
 }
 
-// Passes over the lines up to and with the section's heading; false if there is none.
+// The name in a heading, or null for a line that is none.
+std::optional<std::string_view> sectionName(std::string_view line) {
+    const std::string_view text = trimmed(line);
+    const std::size_t end = text.rfind(']');
+    if (!text.starts_with('[') || end == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return text.substr(1, end - 1);
+}
+
+// Passes over the lines up to and with the section's heading; false if there is none. The lines in
+// front of the first heading are the section without a name.
 bool findSection(std::FILE *file, const char *section) {
+    if (isSameName("", section)) {
+        return true;
+    }
     std::string line;
     while (readLine(file, line)) {
-        const std::string_view text = trimmed(line);
-        const std::size_t end = text.find(']');
-        if (text.starts_with('[') && end != std::string_view::npos &&
-            equalIgnoringCase(text.substr(1, end - 1), section)) {
+        const auto name = sectionName(line);
+        if (name && isSameName(*name, section)) {
             return true;
         }
     }
@@ -109,13 +124,12 @@ bool findSection(std::FILE *file, const char *section) {
 void readKey(std::FILE *file, const char *key, std::string &value) {
     std::string line;
     while (readLine(file, line)) {
-        const std::string_view text = trimmed(line);
-        const std::size_t equals = text.find('=');
-        if (text.starts_with('[')) {
+        if (sectionName(line)) {
             return;
         }
-        if (!text.starts_with(';') && equals != std::string_view::npos &&
-            equalIgnoringCase(trimmed(text.substr(0, equals)), key)) {
+        const std::string_view text = line;
+        const std::size_t equals = text.find('=');
+        if (equals != std::string_view::npos && isSameName(text.substr(0, equals), key)) {
             value = withoutQuotes(trimmed(text.substr(equals + 1)));
             return;
         }
