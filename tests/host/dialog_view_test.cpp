@@ -1,4 +1,4 @@
-// Fields of dialogs, zoom and pan, sound, material and clock.
+// Fields of dialogs, zoom and pan, sound and clock.
 #include "trunnion/host/dialog_view.h"
 
 #include <cfloat>
@@ -7,26 +7,10 @@
 #include <string>
 #include <vector>
 
-#include <GL/gl.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/list_files.h"
 #include "trunnion/platform/system.h"
-
-namespace {
-
-struct Material {
-    GLenum face, part;
-    std::vector<float> colour;
-};
-std::vector<Material> materials;
-
-} // namespace
-
-// Stands in front of the one of OpenGL, which needs a window.
-extern "C" void glMaterialfv(GLenum face, GLenum part, const float *values) {
-    materials.push_back({face, part, {values, values + 4}});
-}
 
 namespace {
 
@@ -261,17 +245,6 @@ TEST(Sound, PlaysByItsModeThroughTheHandler) {
     slPlayWavSoundM(file, 2);
     EXPECT_EQ(played,
               (std::vector<std::string>{"a.wav 9", "a.wav 1", "null 0", "null 0", "null 0"}));
-}
-
-TEST(View, LinesAreGrey) {
-    slSetCorlorForLines();
-    ASSERT_EQ(materials.size(), 3U);
-    const GLenum parts[] = {GL_AMBIENT, GL_DIFFUSE, GL_SPECULAR};
-    for (std::size_t i = 0; i < 3; ++i) {
-        EXPECT_EQ(materials[i].face, static_cast<GLenum>(GL_FRONT));
-        EXPECT_EQ(materials[i].part, parts[i]);
-        EXPECT_EQ(materials[i].colour, (std::vector<float>{0.5F, 0.5F, 0.5F, 1.0F}));
-    }
 }
 
 TEST(Clock, RunsForwardAndMeasuresAcrossItsWrap) {

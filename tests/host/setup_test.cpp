@@ -1,31 +1,30 @@
 // The user's ini file is found and follows the installation, with both special folders on a drive
-// of the test.
+// of the test where a host can set them, and in those of the system where it cannot.
 #include "trunnion/host/setup.h"
 
 #include <chrono>
-#include <cstring>
 #include <filesystem>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/temp_drive.h"
+#include "trunnion/platform/files.h"
+#include "trunnion/platform/settings.h"
 #include "trunnion/platform/system.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char *copy = "docs/Mervane/4.8/Pallodin.ini";
-
 class Setup : public testing::Test {
 protected:
     Setup() {
         trunnion::SetWindowsDirectory("E:\\windows");
         trunnion::SetDocumentsDirectory("E:\\docs\\");
-        for (const char *folder : {"windows", "here", "docs/Mervane/4.8"}) {
-            fs::create_directories(drive.path(folder));
-        }
+        windows = trunnion::detail::windowsDirectory();
+        documents = trunnion::detail::documentsDirectory();
+        fs::create_directory(drive.path("here"));
         fs::current_path(drive.path("here"));
     }
     ~Setup() override {
@@ -33,11 +32,30 @@ protected:
         trunnion::SetWindowsDirectory(nullptr);
         trunnion::SetDocumentsDirectory(nullptr);
     }
-
-    void write(const char *name, const std::string &text) const {
-        test::writeBytes(drive.path(name), text);
+    void SetUp() override {
+        if (fs::exists(at(windows + "\\Pallodin.ini")) || fs::exists(at(documents + "\\Mervane"))) {
+            GTEST_SKIP() << "the folders of this system are in use";
+        }
+        fs::create_directories(at(windows));
+        fs::create_directories(at(documents + "\\Mervane\\4.8"));
     }
-    std::string read(const char *name) const { return test::readBytes(drive.path(name)); }
+    void TearDown() override {
+        if (!IsSkipped()) {
+            fs::remove(at(windows + "\\Pallodin.ini"));
+            fs::remove(at(windows + "\\ab.ini"));
+            fs::remove_all(at(documents + "\\Mervane"));
+        }
+    }
+
+    std::string at(const std::string &path) const {
+        return trunnion::detail::systemPath(path.c_str());
+    }
+    std::string copy() const { return documents + "\\Mervane\\4.8\\Pallodin.ini"; }
+    void writeMaster(const std::string &text) const {
+        test::writeBytes(at(windows + "\\Pallodin.ini"), text);
+    }
+    void writeCopy(const std::string &text) const { test::writeBytes(at(copy()), text); }
+    std::string readCopy() const { return test::readBytes(at(copy())); }
 
     // The path that a host gets; `waited` tells whether a copy was tried.
     std::string find() {
@@ -50,66 +68,64 @@ protected:
 
     test::TempDrive drive;
     fs::path start = fs::current_path();
+    std::string windows;
+    std::string documents;
     bool waited = false;
 };
 
 TEST_F(Setup, WithoutAnyFileThePathIsMadeOfDefaults) {
-    fs::remove_all(drive.path("docs"));
-    EXPECT_EQ(find(), "E:\\docs\\Mervane\\4.8\\Pallodin.ini");
+    fs::remove_all(at(documents + "\\Mervane"));
+    EXPECT_EQ(find(), copy());
     EXPECT_TRUE(waited);
-    EXPECT_TRUE(fs::is_empty(drive.path("docs/Mervane/4.8"))) << "the folder, but no file";
-    write("windows/Pallodin.ini", "master");
+    EXPECT_TRUE(fs::is_empty(at(documents + "\\Mervane\\4.8"))) << "the folder, but no file";
+    writeMaster("master");
     find();
-    EXPECT_EQ(read(copy), "master");
-    write(copy, "the user's own");
+    EXPECT_EQ(readCopy(), "master");
+    writeCopy("the user's own");
     find();
     EXPECT_FALSE(waited);
-    EXPECT_EQ(read(copy), "the user's own") << "both are without a stamp";
+    EXPECT_EQ(readCopy(), "the user's own") << "both are without a stamp";
 }
 
 TEST_F(Setup, NameComesFromTheCurrentDirectoryAndVersionFromTheMasterCopy) {
-    fs::create_directory(drive.path("docs/Mervane/5.0"));
-    write("docs/Mervane/5.0/ab", "");
-    write(copy, "");
-    write("windows/ab", "[system]\nversion = 5.0\n");
-    write("here/MSysVer.ini", "[SystemVer]\r\nVer=a\r\n");
-    EXPECT_EQ(find(), "E:\\docs\\Mervane\\4.8\\Pallodin.ini") << "one character is no name";
-    write("here/MSysVer.ini", "[SystemVer]\r\nVer=ab\r\n");
-    EXPECT_EQ(find(), "E:\\docs\\Mervane\\5.0\\ab");
+    const std::string other = documents + "\\Mervane\\5.0\\ab.ini";
+    fs::create_directory(at(documents + "\\Mervane\\5.0"));
+    test::writeBytes(at(other), "");
+    writeCopy("");
+    test::writeBytes(at(windows + "\\ab.ini"), "[system]\nversion = 5.0\n");
+    test::writeBytes(drive.path("here/MSysVer.ini"), "[SystemVer]\r\nVer=a\r\n");
+    EXPECT_EQ(find(), copy()) << "one character is no name";
+    test::writeBytes(drive.path("here/MSysVer.ini"), "[SystemVer]\r\nVer=ab.ini\r\n");
+    EXPECT_EQ(find(), other);
     EXPECT_FALSE(waited);
 }
 
 TEST_F(Setup, CopyIsReplacedWhenTheInstallationIsAnother) {
     const std::string own = "[AccessDb]\nInstallId=abc\n[Own]\nx=1\n";
-    write("windows/Pallodin.ini", "[AccessDb]\nInstallId=ABC\n");
-    write(copy, own);
+    writeMaster("[AccessDb]\nInstallId=ABC\n");
+    writeCopy(own);
     find();
     EXPECT_FALSE(waited) << "stamps that differ in case are equal";
-    EXPECT_EQ(read(copy), own);
+    EXPECT_EQ(readCopy(), own);
 
     const std::string master = "[AccessDb]\nInstallId=abd\n";
-    write("windows/Pallodin.ini", master);
+    writeMaster(master);
     find();
     EXPECT_TRUE(waited);
-    EXPECT_EQ(read(copy), master);
-
-    write(copy, own);
-    fs::permissions(drive.path(copy), fs::perms::owner_read);
-    EXPECT_EQ(find(), "E:\\docs\\Mervane\\4.8\\Pallodin.ini");
-    EXPECT_EQ(read(copy), own) << "a read-only copy stays";
+    EXPECT_EQ(readCopy(), master);
 }
 
 TEST_F(Setup, PathThatDoesNotFitIsRefusedBeforeAnythingIsCopied) {
-    write("windows/Pallodin.ini", "master");
-    const int length = static_cast<int>(std::strlen("E:\\docs\\Mervane\\4.8\\Pallodin.ini"));
-    for (const int size : {length, 8, 7, 1, 0, -1}) {
+    writeMaster("master");
+    const int length = static_cast<int>(copy().size());
+    const int folder = static_cast<int>(documents.size());
+    for (const int size : {length, folder + 1, folder, 1, 0, -1}) {
         std::string out(static_cast<std::size_t>(length) + 1, '\x5A');
         EXPECT_EQ(slGetInitFilePathS(out.data(), size), 0);
-        const char *left = size >= 8 ? "E:\\docs" : "";
-        EXPECT_EQ(size < 1 ? "" : out.c_str(), std::string(left));
+        EXPECT_EQ(size < 1 ? "" : out.c_str(), size > folder ? documents : "");
         EXPECT_EQ(out.back(), '\x5A');
     }
-    EXPECT_FALSE(fs::exists(drive.path(copy)));
+    EXPECT_FALSE(fs::exists(at(copy())));
 }
 
 } // namespace

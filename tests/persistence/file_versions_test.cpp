@@ -75,4 +75,13 @@ TEST(Assert, WritesTwoLinesForAConditionThatFailsOnly) {
     EXPECT_EQ(log.substr(log.size() - 14), "\n-8   spindle\n");
 }
 
+TEST(Assert, WithoutItsDriveNothingIsWritten) {
+    if (std::filesystem::exists("E:\\")) {
+        GTEST_SKIP() << "this system has a drive E";
+    }
+    char text[] = "spindle";
+    slAssert(7, text, 0);
+    EXPECT_FALSE(std::filesystem::exists("E:\\machine.log"));
+}
+
 } // namespace
