@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "desktop/handlers.h"
 #include "tests/support/temp_dir.h"
 #include "trunnion/host/dialog_view.h"
 #include "trunnion_desktop/desktop.h"
@@ -112,6 +113,16 @@ TEST_F(DesktopSound, OnceIsFollowedBySilence) {
     Samples expected = samples;
     expected.resize(got().size());
     EXPECT_EQ(got(), expected);
+}
+
+TEST_F(DesktopSound, SoundWithoutTheFlagForReturningAtOnceIsWaitedFor) {
+    const Samples samples = ramp(10000);
+    const std::string path = write("waited.wav", wavOf(samples));
+    EXPECT_NE(trunnion::detail::playSoundFile(path.c_str(), 0), 0);
+    Samples played = got();
+    ASSERT_GE(played.size(), samples.size()) << "it has been played when the call returns";
+    played.resize(samples.size());
+    EXPECT_EQ(played, samples);
 }
 
 TEST_F(DesktopSound, LoopRepeatsWithoutAGapUntilItIsStopped) {

@@ -59,21 +59,27 @@ elseif(STEP STREQUAL wrong_version)
                     -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_PREFIX_PATH=${prefix} -DWANTED_VERSION=${version})
   endforeach()
 
-elseif(STEP STREQUAL pkg_config)
+elseif(STEP STREQUAL pkg_config OR STEP STREQUAL pkg_config_desktop)
+  set(package trunnion)
+  set(definition "")
+  if(STEP STREQUAL pkg_config_desktop)
+    set(package trunnion-desktop)
+    set(definition -DWITH_DESKTOP)
+  endif()
   set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
-  execute_process(COMMAND pkg-config --cflags --libs "trunnion = ${VERSION}" OUTPUT_VARIABLE flags
+  execute_process(COMMAND pkg-config --cflags --libs "${package} = ${VERSION}" OUTPUT_VARIABLE flags
                   COMMAND_ERROR_IS_FATAL ANY)
   separate_arguments(flags UNIX_COMMAND "${flags}")
   foreach(option -ffp-contract=off -fsigned-char)
     if(NOT option IN_LIST flags)
-      message(FATAL_ERROR "trunnion.pc does not name ${option}")
+      message(FATAL_ERROR "${package}.pc does not name ${option}")
     endif()
   endforeach()
   file(MAKE_DIRECTORY ${build})
-  run(${COMPILER} -std=c++20 -Wall -Wextra -Werror ${consumer}/main.cpp -o ${build}/consumer ${flags}
+  run(${COMPILER} -std=c++20 -Wall -Wextra -Werror ${definition} ${consumer}/main.cpp -o ${build}/consumer ${flags}
       -Wl,-rpath,${prefix}/${LIBDIR})
   run_consumer(${build}/consumer)
-  require_failure("trunnion" pkg-config --print-errors --errors-to-stdout "trunnion >= 99")
+  require_failure("trunnion" pkg-config --print-errors --errors-to-stdout "${package} >= 99")
 
 elseif(STEP STREQUAL subdirectory)
   # Configured only: what it would build is the library as this build has it.
