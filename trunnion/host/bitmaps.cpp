@@ -13,6 +13,7 @@
 
 #include "trunnion/containers/item_base.h"
 #include "trunnion/platform/files.h"
+#include "trunnion/platform/large_pages.h"
 
 namespace {
 
@@ -28,9 +29,15 @@ using Bytes = Block<unsigned char>;
 
 // A block of slMalloc; null also for a size that slMalloc cannot be asked for.
 Bytes allocate(std::int64_t size) {
-    return Bytes(size <= UINT_MAX ? static_cast<unsigned char *>(slMalloc(
-                                        static_cast<unsigned int>(std::max<std::int64_t>(size, 1))))
-                                  : nullptr);
+    const std::int64_t bytes = std::max<std::int64_t>(size, 1);
+    if (bytes > UINT_MAX) {
+        return nullptr;
+    }
+    Bytes block(static_cast<unsigned char *>(slMalloc(static_cast<unsigned int>(bytes))));
+    if (block != nullptr) {
+        trunnion::detail::preferLargePages(block.get(), static_cast<std::size_t>(bytes));
+    }
+    return block;
 }
 
 // A bitmap file whose header and colour table have been read. The position is at the pixels, and
