@@ -1,5 +1,5 @@
 # Only trunnion/platform includes headers of an operating system: everything else includes the library, the C++ standard
-# library and OpenGL.
+# library, the compiler's own names of the processor's instructions, and OpenGL.
 cmake_minimum_required(VERSION 3.25)
 set(allowed
     algorithm any array atomic barrier bit bitset cassert cctype cerrno cfenv cfloat charconv chrono cinttypes
@@ -10,6 +10,7 @@ set(allowed
     semaphore set shared_mutex source_location span sstream stack stdexcept stop_token streambuf string
     string_view syncstream system_error thread tuple type_traits typeindex typeinfo unordered_map unordered_set
     utility valarray variant vector version
+    emmintrin.h immintrin.h
     GL/gl.h)
 
 file(GLOB_RECURSE files RELATIVE ${SOURCE_DIR} ${SOURCE_DIR}/trunnion/*.h ${SOURCE_DIR}/trunnion/*.cpp)
