@@ -91,6 +91,18 @@ public:
         }
     }
 
+    // So many facets that the lists of few nodes become long.
+    void fill() {
+        for (int i = 0; i < 150; ++i) {
+            const Nodes nodes = anyNodes();
+            list.AddItemM(itemOf(nodes, TAG_AVAILABLE));
+            model.add(nodes);
+        }
+        if (list.GetLengthM() != writerLength) {
+            writer = nullptr;
+        }
+    }
+
     void expectSame() const {
         ASSERT_EQ(list.GetBoundM(), model.bound());
         ASSERT_EQ(list.GetAvailableNumM(), model.available);
@@ -290,6 +302,9 @@ TYPED_TEST(FacetIndex, AnswersAsThePlainScansDo) {
         for (int round = 0; round < kind.rounds; ++round) {
             Pair<TypeParam> pair(random, kind.numbers, kind.scale);
             for (int step = 0; step < kind.steps; ++step) {
+                if (round % 2 == 0 && step % 300 == 0) {
+                    pair.fill();
+                }
                 ASSERT_NO_FATAL_FAILURE(pair.change()) << round << " step " << step;
                 ASSERT_NO_FATAL_FAILURE(pair.expectSame()) << round << " step " << step;
                 ASSERT_NO_FATAL_FAILURE(pair.expectAnswers()) << round << " step " << step;
