@@ -78,8 +78,10 @@ std::size_t writeBytes(std::FILE *file, const void *bytes, std::size_t size) {
     return std::fwrite(bytes, 1, size, file);
 }
 
+// The count of a file without a buffer would fall below 0 here, and the next byte that is put back
+// be lost.
 int nextByteUnlocked(std::FILE *file) {
-    return _getc_nolock(file);
+    return file->_cnt > 0 ? _getc_nolock(file) : std::fgetc(file);
 }
 
 int fileAttributes(const char *path) {
