@@ -11,6 +11,10 @@ import subprocess
 import sys
 
 
+# Names that some linkers give to the ends of sections in every shared library.
+LINKER_NAMES = {'__bss_start', '_edata', '_end', '_init', '_fini'}
+
+
 def marked_names(root):
     """Names of the marked classes and functions, and of the functions that Basic programs call."""
     marked, basic = set(), set()
@@ -28,7 +32,7 @@ def exported_names(nm, library):
     """The exported names as the linker knows them. An import library has each behind "__imp_"."""
     lines = subprocess.run([*nm, '--defined-only', library], check=True, capture_output=True,
                            text=True).stdout.splitlines()
-    names = {line.split()[-1] for line in lines if len(line.split()) > 1}
+    names = {line.split()[-1] for line in lines if len(line.split()) > 1} - LINKER_NAMES
     imported = {name.removeprefix('__imp_') for name in names if name.startswith('__imp_')}
     return imported or names
 
