@@ -37,7 +37,7 @@ public:
         const Nodes nodes = anyNodes();
         const int slot = random.integer(0, model.bound());
         const bool isHeld = slot < model.bound();
-        memoryIsShort = random.oneIn(60);
+        allocationsLeft = random.oneIn(60) ? random.integer(0, 6) : -1;
         switch (random.integer(0, 24)) {
         case 0:
             onList([&] { list.ChangeNodeIdxM(nodes[0], nodes[1]); });
@@ -113,7 +113,7 @@ public:
 
     void expectAnswers() {
         const Nodes nodes = anyNodes();
-        memoryIsShort = random.oneIn(60);
+        allocationsLeft = random.oneIn(60) ? random.integer(0, 6) : -1;
         int slot = -5;
         int expectedSlot = -5;
         int count = -5;
@@ -148,9 +148,9 @@ private:
     // Works on the list while the heap has nothing to give, now and then.
     template <class Action>
     void onList(Action action) {
-        test::memoryIsShort = memoryIsShort;
+        test::allocationsLeft = allocationsLeft;
         action();
-        test::memoryIsShort = false;
+        test::allocationsLeft = -1;
     }
     static Item itemOf(Nodes nodes, char tag) {
         Item item(tag);
@@ -283,7 +283,7 @@ private:
     Model model;
     Item *writer = nullptr;
     int writerLength = 0;
-    bool memoryIsShort = false;
+    int allocationsLeft = -1; // of the operations to come
 };
 
 template <class List>

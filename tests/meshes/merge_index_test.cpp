@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/list_files.h"
 #include "tests/support/random.h"
 #include "tests/support/short_memory.h"
 #include "trunnion/geometry/scalars.h"
@@ -59,11 +60,14 @@ NodeCL nodeNearCorner(test::Random &random) {
 
 TEST(MergeIndex, FindsTheNodeThatTheScanFinds) {
     test::Random random(3);
-    for (int round = 0; round < 20; ++round) {
+    const float quarterTurn[16] = {0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    for (int round = 0; round < 40; ++round) {
         NodeArr list;
+        NodeCL *writer = nullptr; // from an earlier call, as long as the list has that length
+        int writerLength = 0;
         for (int step = 0; step < 500; ++step) {
             const int idx = random.integer(0, list.GetBoundM());
-            switch (random.integer(0, 40)) {
+            switch (random.integer(0, 60)) {
             case 0:
                 list.DelItemM(idx);
                 break;
@@ -71,32 +75,40 @@ TEST(MergeIndex, FindsTheNodeThatTheScanFinds) {
                 list.InsertItemM(nodeNearCorner(random), idx);
                 break;
             case 2:
-                list.getCurrentItemPrtM()[0] = nodeNearCorner(random);
+                writer = list.getCurrentItemPrtM();
+                writerLength = list.GetLengthM();
                 break;
             case 3:
                 list = NodeArr(list);
+                writer = nullptr;
                 break;
             case 4:
                 list.PurgeMultiSamePntsToOneM(1);
                 break;
             case 5:
-                test::memoryIsShort = random.oneIn(2);
+                test::allocationsLeft = random.integer(0, 3);
                 break;
             case 6:
                 list.SetItemM(nodeNearCorner(random), idx);
                 break;
             case 7:
-                test::allocationsLeft = random.integer(0, 3);
+                list.TransByMatrixM(quarterTurn);
+                break;
+            case 8:
+                ASSERT_EQ(test::readInto(list, test::written(list, "NODE", true), true), 0);
                 break;
             default:
                 list.AddItemM(nodeNearCorner(random)); // also such as merging would not keep
                 break;
             }
+            writer = list.GetLengthM() == writerLength ? writer : nullptr;
+            if (writer != nullptr && random.oneIn(4)) { // a point, or a tag that no count knows of
+                writer[random.integer(0, writerLength - 1)] = nodeNearCorner(random);
+            }
             const NodeCL node = nodeNearCorner(random);
             const int expected = scanForNode(list, node);
             int slot = -1;
             list.MergeNodeLstM(node, &slot);
-            test::memoryIsShort = false;
             test::allocationsLeft = -1;
             ASSERT_EQ(slot, expected) << "round " << round << " step " << step;
         }

@@ -3,11 +3,10 @@
 #include <cstdlib>
 #include <new>
 
-bool test::memoryIsShort = false;
 int test::allocationsLeft = -1;
 
 void *operator new(std::size_t size, const std::nothrow_t & /*tag*/) noexcept {
-    if (test::memoryIsShort || test::allocationsLeft == 0) {
+    if (test::allocationsLeft == 0) {
         return nullptr;
     }
     test::allocationsLeft -= test::allocationsLeft > 0 ? 1 : 0;

@@ -4,9 +4,8 @@
 
 namespace test {
 
-// While this is set every operator new of the program fails, in the library's code too.
-extern bool memoryIsShort;
-// So many operator new succeed before the rest fails; below 0 none fails for that.
+// So many operator new of the program, in the library's code too, succeed before the rest fails;
+// below 0 none fails.
 extern int allocationsLeft;
 
 } // namespace test
