@@ -66,18 +66,20 @@ public:
         if (table.empty()) {
             return best;
         }
-        std::uint64_t low[3];
-        std::uint64_t high[3];
+        std::uint64_t cell[3];
+        bool isInside = true;
         for (int axis = 0; axis < 3; ++axis) {
-            const double at = point[axis] * cellsPerLength + offset;
-            low[axis] = cellNumber(at - reachInCells);
-            high[axis] = cellNumber(at + reachInCells);
+            const double at = inCells(point[axis]);
+            cell[axis] = cellNumber(at);
+            isInside &= std::fabs(at - middle(cell[axis])) < 0.5 - reachInCells;
         }
-        visit(homeOf(low), propose);
-        if (low[0] != high[0] || low[1] != high[1] || low[2] != high[2]) {
-            visitOthers(low, high, propose);
+        if (!isInside) {
+            visitBox(point, propose);
+            return best;
         }
-        return best;
+        // All that can match lies in this cell, whose slots the table has in ascending order.
+        const int found = firstIn(homeOf(cell), matches);
+        return found >= 0 && (best < 0 || found < best) ? found : best;
     }
 
 private:
@@ -105,12 +107,24 @@ private:
         reachInCells = 1.001 / size; // more than any rounding of a search
     }
 
+    // A coordinate in cells; so far out that it cannot be told from its neighbours it stays at the
+    // limit. Said so that each bound is one instruction, without a branch.
+    double inCells(float coordinate) const {
+        constexpr double limit = 0x1p50;
+        const double at = coordinate * cellsPerLength + offset;
+        const double fromBelow = -limit > at ? -limit : at;
+        return limit < fromBelow ? limit : fromBelow;
+    }
     // The number of a cell along one axis, as the bits of a double: adding 1.5 * 2^52 rounds to an
     // integer. The number never falls while the coordinate rises, and the ends of a search are
     // equal or neighbours; nothing else is asked of it.
+    static constexpr double toInteger = 0x1.8p52;
     static std::uint64_t cellNumber(double at) {
-        constexpr double limit = 0x1p50;
-        return std::bit_cast<std::uint64_t>(std::clamp(at, -limit, limit) + 0x1.8p52);
+        return std::bit_cast<std::uint64_t>(at + toInteger);
+    }
+    // Where along the axis, in cells, the middle of a cell is.
+    static double middle(std::uint64_t number) {
+        return std::bit_cast<double>(number) - toInteger;
     }
     static std::uint64_t hashOf(std::uint64_t x, std::uint64_t y, std::uint64_t z) {
         std::uint64_t hash =
@@ -135,34 +149,45 @@ private:
     Home homeOf(const float *point) const {
         std::uint64_t cell[3];
         for (int axis = 0; axis < 3; ++axis) {
-            cell[axis] = cellNumber(point[axis] * cellsPerLength + offset);
+            cell[axis] = cellNumber(inCells(point[axis]));
         }
         return homeOf(cell);
     }
     std::size_t next(std::size_t place) const { return (place + 1) & (table.size() - 1); }
 
-    template <class Propose>
-    void visit(const Home &home, Propose propose) const {
-        for (std::size_t at = home.place; table[at].slot != freePlace; at = next(at)) {
-            if (table[at].mark == home.mark) {
-                propose(table[at].slot);
-            }
+    // The first slot behind the cell's home that carries its mark and matches, or -1.
+    template <class Matches>
+    int firstIn(const Home &home, Matches matches) const {
+        std::size_t at = home.place;
+        while (table[at].slot != freePlace &&
+               !(table[at].mark == home.mark && matches(table[at].slot))) {
+            at = next(at);
         }
+        return table[at].slot; // freePlace is -1
     }
 
-    // The cells at the corners of a search box other than its lowest.
+    // Every slot in the cells that the points near `point` lie in: those at the corners of a box.
     template <class Propose>
-    void visitOthers(const std::uint64_t *low, const std::uint64_t *high, Propose propose) const {
-        for (int corner = 1; corner < 8; ++corner) {
+    void visitBox(const float *point, Propose propose) const {
+        std::uint64_t ends[2][3];
+        for (int axis = 0; axis < 3; ++axis) {
+            const double at = inCells(point[axis]);
+            ends[0][axis] = cellNumber(at - reachInCells);
+            ends[1][axis] = cellNumber(at + reachInCells);
+        }
+        for (int corner = 0; corner < 8; ++corner) {
             std::uint64_t cell[3];
             bool isNew = true;
             for (int axis = 0; axis < 3; ++axis) {
-                const bool isHigh = (corner >> axis & 1) != 0;
-                cell[axis] = isHigh ? high[axis] : low[axis];
-                isNew = isNew && !(isHigh && low[axis] == high[axis]);
+                const int end = corner >> axis & 1;
+                cell[axis] = ends[end][axis];
+                isNew = isNew && !(end == 1 && ends[0][axis] == ends[1][axis]);
             }
             if (isNew) {
-                visit(homeOf(cell), propose);
+                firstIn(homeOf(cell), [&](int slot) {
+                    propose(slot);
+                    return false;
+                });
             }
         }
     }
