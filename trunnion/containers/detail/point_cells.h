@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "trunnion/geometry/detail/vec.h"
+
 namespace trunnion::detail {
 
 inline bool isFinitePoint(const float *point) {
@@ -66,20 +68,17 @@ public:
         if (table.empty()) {
             return best;
         }
-        std::uint64_t cell[3];
-        bool isInside = true;
-        for (int axis = 0; axis < 3; ++axis) {
-            const double at = inCells(point[axis]);
-            cell[axis] = cellNumber(at);
-            isInside &= std::fabs(at - middle(cell[axis])) < 0.5 - reachInCells;
+        const Vec3 at = inCells(point);
+        const Cell cell = cellAt(at);
+        const Home home = homeOf(cell);
+        if (isInside(at, cell)) {
+            // All that can match lies in this cell, whose slots the table has in ascending order.
+            const int found = firstIn(home, matches);
+            return found >= 0 && (best < 0 || found < best) ? found : best;
         }
-        if (!isInside) {
-            visitBox(point, propose);
-            return best;
-        }
-        // All that can match lies in this cell, whose slots the table has in ascending order.
-        const int found = firstIn(homeOf(cell), matches);
-        return found >= 0 && (best < 0 || found < best) ? found : best;
+        visit(home, propose);
+        visitBox(at, propose);
+        return best;
     }
 
 private:
@@ -107,24 +106,30 @@ private:
         reachInCells = 1.001 / size; // more than any rounding of a search
     }
 
-    // A coordinate in cells; so far out that it cannot be told from its neighbours it stays at the
-    // limit. Said so that each bound is one instruction, without a branch.
-    double inCells(float coordinate) const {
-        constexpr double limit = 0x1p50;
-        const double at = coordinate * cellsPerLength + offset;
-        const double fromBelow = -limit > at ? -limit : at;
-        return limit < fromBelow ? limit : fromBelow;
+    // The numbers of a cell along the axes.
+    struct Cell {
+        std::uint64_t x, y, z;
+    };
+    Vec3 inCells(const float *point) const {
+        return cellsPerLength * load3(point) + Vec3{offset, offset, offset};
     }
-    // The number of a cell along one axis, as the bits of a double: adding 1.5 * 2^52 rounds to an
-    // integer. The number never falls while the coordinate rises, and the ends of a search are
-    // equal or neighbours; nothing else is asked of it.
+    // A number is the bits of a double: adding 1.5 * 2^52 rounds to an integer. Beyond 2^51 cells
+    // it does not, but there two coordinates are equal or much further apart than the reach.
     static constexpr double toInteger = 0x1.8p52;
     static std::uint64_t cellNumber(double at) {
         return std::bit_cast<std::uint64_t>(at + toInteger);
     }
-    // Where along the axis, in cells, the middle of a cell is.
-    static double middle(std::uint64_t number) {
-        return std::bit_cast<double>(number) - toInteger;
+    static Cell cellAt(const Vec3 &at) {
+        return {cellNumber(at.x), cellNumber(at.y), cellNumber(at.z)};
+    }
+    // Whether all within the reach lies in the cell too.
+    bool isInside(const Vec3 &at, const Cell &cell) const {
+        const auto isInsideAlong = [this](double along, std::uint64_t number) {
+            const double middle = std::bit_cast<double>(number) - toInteger;
+            return std::fabs(along - middle) < 0.5 - reachInCells;
+        };
+        return isInsideAlong(at.x, cell.x) && isInsideAlong(at.y, cell.y) &&
+               isInsideAlong(at.z, cell.z);
     }
     static std::uint64_t hashOf(std::uint64_t x, std::uint64_t y, std::uint64_t z) {
         std::uint64_t hash =
@@ -138,20 +143,13 @@ private:
         std::size_t place;
         std::uint32_t mark;
     };
-    Home homeOf(const std::uint64_t *cell) const {
-        const std::uint64_t hash = hashOf(cell[0], cell[1], cell[2]);
+    Home homeOf(const Cell &cell) const {
+        const std::uint64_t hash = hashOf(cell.x, cell.y, cell.z);
         const std::uint64_t block =
-            hashOf(cell[0] >> blockBits, cell[1] >> blockBits, cell[2] >> blockBits);
+            hashOf(cell.x >> blockBits, cell.y >> blockBits, cell.z >> blockBits);
         const std::uint64_t region = block >> 32 & regionMask;
         return {static_cast<std::size_t>(region << regionBits | hash >> (64 - regionBits)),
                 static_cast<std::uint32_t>(hash)};
-    }
-    Home homeOf(const float *point) const {
-        std::uint64_t cell[3];
-        for (int axis = 0; axis < 3; ++axis) {
-            cell[axis] = cellNumber(inCells(point[axis]));
-        }
-        return homeOf(cell);
     }
     std::size_t next(std::size_t place) const { return (place + 1) & (table.size() - 1); }
 
@@ -166,28 +164,32 @@ private:
         return table[at].slot; // freePlace is -1
     }
 
-    // Every slot in the cells that the points near `point` lie in: those at the corners of a box.
+    // Every slot behind the home with its mark.
     template <class Propose>
-    void visitBox(const float *point, Propose propose) const {
-        std::uint64_t ends[2][3];
-        for (int axis = 0; axis < 3; ++axis) {
-            const double at = inCells(point[axis]);
-            ends[0][axis] = cellNumber(at - reachInCells);
-            ends[1][axis] = cellNumber(at + reachInCells);
-        }
+    void visit(const Home &home, Propose propose) const {
+        firstIn(home, [&propose](int slot) {
+            propose(slot);
+            return false;
+        });
+    }
+    // Those in the cells at the corners of the box that is within the reach. Very far out, where
+    // coordinates are so coarse that they round both ends away, the cell of the point itself is not
+    // among them.
+    template <class Propose>
+    void visitBox(const Vec3 &at, Propose propose) const {
+        const Vec3 reaches{reachInCells, reachInCells, reachInCells};
+        const Cell low = cellAt(at - reaches);
+        const Cell high = cellAt(at + reaches);
         for (int corner = 0; corner < 8; ++corner) {
-            std::uint64_t cell[3];
-            bool isNew = true;
-            for (int axis = 0; axis < 3; ++axis) {
-                const int end = corner >> axis & 1;
-                cell[axis] = ends[end][axis];
-                isNew = isNew && !(end == 1 && ends[0][axis] == ends[1][axis]);
-            }
+            const bool isHighX = (corner & 1) != 0;
+            const bool isHighY = (corner & 2) != 0;
+            const bool isHighZ = (corner & 4) != 0;
+            const bool isNew = !(isHighX && low.x == high.x) && !(isHighY && low.y == high.y) &&
+                               !(isHighZ && low.z == high.z);
             if (isNew) {
-                firstIn(homeOf(cell), [&](int slot) {
-                    propose(slot);
-                    return false;
-                });
+                visit(homeOf({isHighX ? high.x : low.x, isHighY ? high.y : low.y,
+                              isHighZ ? high.z : low.z}),
+                      propose);
             }
         }
     }
@@ -224,7 +226,7 @@ private:
 
     template <class PointAt>
     void place(const float *point, int slot, PointAt pointAt) {
-        const Home home = homeOf(point);
+        const Home home = homeOf(cellAt(inCells(point)));
         std::size_t at = home.place;
         for (; table[at].slot != freePlace; at = next(at)) {
             if (leavesOutEqual) {
