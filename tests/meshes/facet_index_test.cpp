@@ -294,10 +294,13 @@ TYPED_TEST_SUITE(FacetIndex, Lists, );
 
 TYPED_TEST(FacetIndex, AnswersAsThePlainScansDo) {
     test::Random random(54);
-    // Node numbers: so few that their lists are long, some, and far apart.
+    // Node numbers: so few that their lists are long, some, and far apart. Lists that are asked
+    // seldom have no index but that of merging.
     const struct {
-        int rounds, steps, numbers, scale;
-    } kinds[] = {{6, 1200, 2, 1}, {10, 1200, 9, 1}, {10, 600, 40, 1}, {4, 600, 20, 65000003}};
+        int rounds, steps, numbers, scale, stepsToAsk;
+    } kinds[] = {{6, 1200, 2, 1, 1},         {10, 1200, 9, 1, 1},  {10, 600, 40, 1, 1},
+                 {4, 600, 20, 65000003, 1},  {6, 1200, 6, 1, 500}, {6, 1200, 40, 1, 500},
+                 {4, 600, 20, 65000003, 500}};
     for (const auto &kind : kinds) {
         for (int round = 0; round < kind.rounds; ++round) {
             Pair<TypeParam> pair(random, kind.numbers, kind.scale);
@@ -307,7 +310,9 @@ TYPED_TEST(FacetIndex, AnswersAsThePlainScansDo) {
                 }
                 ASSERT_NO_FATAL_FAILURE(pair.change()) << round << " step " << step;
                 ASSERT_NO_FATAL_FAILURE(pair.expectSame()) << round << " step " << step;
-                ASSERT_NO_FATAL_FAILURE(pair.expectAnswers()) << round << " step " << step;
+                if (step % kind.stepsToAsk == 0) {
+                    ASSERT_NO_FATAL_FAILURE(pair.expectAnswers()) << round << " step " << step;
+                }
             }
         }
     }

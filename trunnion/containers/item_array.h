@@ -29,6 +29,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "trunnion/containers/detail/slot_finder.h"
 #include "trunnion/containers/item_base.h"
 #include "trunnion/export.h"
 
@@ -116,6 +117,10 @@ protected:
     void noteChange() {
         ++changeCount;
         ++rewriteCount;
+    }
+
+    trunnion::detail::ListState state() const {
+        return {rewriteCount, deletionCount, writerMayLive, bound};
     }
 
     // Moves the live items down over the slots that are not live, in order, and lowers the bound to

@@ -69,6 +69,10 @@ protected:
         return index.find(changeCount, bound,
                           [this] { return std::make_unique<FacetIndex<Item>>(items(), bound); });
     }
+    // The same, but none is built.
+    const FacetIndex<Item> *readyIndex() const {
+        return writerMayLive ? nullptr : index.ready(changeCount);
+    }
     void noteScan(int slots) const { index.noteScan(slots); }
 
     // Calls visit(slot) for every slot that holds the node, in ascending order, until it returns

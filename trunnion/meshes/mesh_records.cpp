@@ -101,16 +101,6 @@ void NodeCL::TransByMatrixM(const float *const m) {
 namespace trunnion::detail {
 
 template <int corners>
-Facet<corners>::Facet() {
-    std::fill_n(nodeIdx, corners, SL_DELETED_INT);
-}
-
-template <int corners>
-Facet<corners>::Facet(char tag) : TqBaseCL(tag) {
-    std::fill_n(nodeIdx, corners, SL_DELETED_INT);
-}
-
-template <int corners>
 void Facet<corners>::FmInputOzkFileM(TqIOCL *stream) {
     TqBaseCL::FmInputOzkFileM(stream);
     if constexpr (corners == 4) {
@@ -210,16 +200,6 @@ template <int corners>
 int Facet<corners>::ResetNodeIdxM(const IntArr &map) {
     MakeNewIdxM(map);
     return isDegenerate() ? 0 : 1;
-}
-
-template <int corners>
-bool Facet<corners>::isDegenerate() const {
-    for (int i = 0; i < corners; ++i) {
-        if (std::find(nodeIdx + i + 1, nodeIdx + corners, nodeIdx[i]) != nodeIdx + corners) {
-            return true;
-        }
-    }
-    return false;
 }
 
 template class Facet<3>;

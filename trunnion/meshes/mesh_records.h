@@ -162,12 +162,24 @@ public:
         }
         return position >= 0;
     }
-    bool isDegenerate() const;
+    bool isDegenerate() const {
+        bool isSame = false;
+        for (int i = 0; i < corners; ++i) {
+            for (int k = i + 1; k < corners; ++k) {
+                isSame |= nodeIdx[i] == nodeIdx[k];
+            }
+        }
+        return isSame;
+    }
     void setNormType(char type) { normType = type; }
 
 protected:
-    Facet();
-    explicit Facet(char tag);
+    Facet() : Facet(TAG_UNUSED) {}
+    explicit Facet(char tag) : TqBaseCL(tag) {
+        for (int &node : nodeIdx) {
+            node = SL_DELETED_INT;
+        }
+    }
     Facet(const Facet &) = default;
     Facet &operator=(const Facet &) = default;
 

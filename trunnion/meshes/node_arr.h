@@ -177,10 +177,6 @@ private:
     int nearestCorner(float *distance, int *idx, const int *corners, int count,
                       const float *point) const;
 
-    trunnion::detail::ListState state() const {
-        return {rewriteCount, deletionCount, writerMayLive, bound};
-    }
-
     trunnion::detail::SlotFinder<trunnion::detail::PointCells> samePoints;
     trunnion::detail::NearestNodes nearestNodes;
 };

@@ -70,14 +70,29 @@ TriangleArr::~TriangleArr() = default;
 
 // By value, as callers are used to. NOLINTNEXTLINE(performance-unnecessary-value-param)
 int TriangleArr::MergeTriangleLstM(TriangleCL triangle) {
-    if (triangle.isDegenerate()) {
-        return 0;
-    }
-    if (FindTriangleM(triangle.GetNodeIdxPM()) >= 0) {
+    if (triangle.isDegenerate() || hasWithin(triangle.GetNodeIdxPM())) {
         return 0;
     }
     AddItemM(triangle);
     return 1;
+}
+
+// The index of facets serves where other searches have it already, and where too many triangles
+// share a node; otherwise an index for this search alone takes a fraction of its time.
+bool TriangleArr::hasWithin(const int *nodes) {
+    const auto *facetIndex = readyIndex();
+    if (facetIndex != nullptr || mergedTriangles.current().isCrowded()) {
+        if (facetIndex != nullptr) {
+            mergedTriangles.drop();
+        }
+        return FindTriangleM(nodes) >= 0;
+    }
+    const TriangleCL *triangles = items();
+    const auto nodesAt = [triangles](int slot) { return triangles[slot].GetNodeIdxPM(); };
+    const auto matches = [triangles, nodes](int slot) {
+        return liesWithin(triangles[slot], nodes);
+    };
+    return mergedTriangles.lowest(state(), nodes, nodesAt, matches) >= 0;
 }
 
 void TriangleArr::AddTriangleM(const int *const nodes, const float *const normal) {

@@ -11,7 +11,9 @@
 // A triangle is degenerate when two of its indexes are equal. An edge has no direction.
 #pragma once
 
+#include "trunnion/containers/detail/slot_finder.h"
 #include "trunnion/containers/item_array.h"
+#include "trunnion/meshes/detail/triangle_chains.h"
 #include "trunnion/meshes/facet_arr.h"
 #include "trunnion/meshes/mesh_records.h"
 
@@ -34,6 +36,8 @@ public:
 
     // Appends the triangle and returns 1. Returns 0 if it is degenerate or if all nodes of a slot,
     // deleted ones too, are among its own. Give a live triangle: another is stored and not counted.
+    // Constant time on the average while nothing but merging happens in between, with an index of 6
+    // to 12 bytes a triangle.
     int MergeTriangleLstM(TriangleCL triangle);
     // Appends a live triangle, indexes int[3], normal float[3], without any check.
     void AddTriangleM(const int *const nodes, const float *const normal);
@@ -143,6 +147,8 @@ public:
 private:
     friend class NodeArr;
 
+    // True if all nodes of a slot are among the three of `nodes`, which are different.
+    bool hasWithin(const int *nodes);
     // ChangeNodeIdxM(i, newNumbers[i]) for every i below `count` whose new number is another, in
     // ascending order, in one pass. No new number may be above the old one.
     void changeNodes(const int *newNumbers, int count);
@@ -152,4 +158,6 @@ private:
     // Writes the slots that hold the node, ascending, to `slots`. Returns their number, or -1 if
     // there are more than `most`.
     int gatherAt(int node, int *slots, int most) const;
+
+    trunnion::detail::SlotFinder<trunnion::detail::TriangleChains> mergedTriangles;
 };

@@ -58,6 +58,14 @@ public:
         return slot < bound ? slot : -1;
     }
 
+    // The index as it is, built or not; and gives its memory back.
+    const Index &current() const { return index; }
+    void drop() {
+        if (isBuilt) {
+            forget();
+        }
+    }
+
 private:
     static constexpr int smallestList = 32;     // a scan of fewer slots is as fast
     static constexpr std::size_t entryCost = 8; // of a slot, in slots scanned

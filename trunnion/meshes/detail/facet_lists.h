@@ -69,12 +69,14 @@ int countEdgeAmong(const Item *facets, const int *slots, int count, int a, int b
     return found;
 }
 
-// True if all nodes of the triangle are among the three of `nodes`.
+// True if all nodes of the triangle are among the three of `nodes`. Without a branch for each node,
+// as above.
 inline bool liesWithin(const TriangleCL &triangle, const int *nodes) {
+    const auto isAmong = [nodes](int node) {
+        return (node == nodes[0]) | (node == nodes[1]) | (node == nodes[2]);
+    };
     const int *own = triangle.GetNodeIdxPM();
-    return std::all_of(own, own + 3, [nodes](int node) {
-        return node == nodes[0] || node == nodes[1] || node == nodes[2];
-    });
+    return (isAmong(own[0]) & isAmong(own[1]) & isAmong(own[2])) != 0;
 }
 
 } // namespace trunnion::detail

@@ -34,11 +34,13 @@ public:
     // pays; null without one.
     template <class MakeIndex>
     const Index *find(std::uint64_t changes, int bound, MakeIndex makeIndex) const {
-        if (described.load(std::memory_order_acquire) != changes &&
-            (!isWorthBuilding(bound) || !build(changes, makeIndex))) {
-            return nullptr;
-        }
-        return index.get();
+        const Index *found = ready(changes);
+        return found == nullptr && isWorthBuilding(bound) && build(changes, makeIndex) ? index.get()
+                                                                                       : found;
+    }
+    // The index of a list with this count of changes if it is there; null otherwise.
+    const Index *ready(std::uint64_t changes) const {
+        return described.load(std::memory_order_acquire) == changes ? index.get() : nullptr;
     }
     // A search without the index has looked at so many slots.
     void noteScan(int slots) const {
@@ -48,7 +50,7 @@ public:
     // For a change of the list, on one thread. Before it: true if there is an index of the list;
     // one that does not describe it gives its memory back.
     bool keep(std::uint64_t changes) {
-        if (described.load(std::memory_order_relaxed) != changes) {
+        if (index != nullptr && described.load(std::memory_order_relaxed) != changes) {
             drop();
         }
         return index != nullptr;
