@@ -60,7 +60,16 @@ public:
         --held;
     }
 
-    // Calls visit(slot) in ascending order until it returns true. True if it did.
+    // Calls visit(slot) in ascending order.
+    template <class Visit>
+    void each(const List &list, Visit visit) const {
+        if (list.room == inTree) {
+            std::for_each(treeOf(list).begin(), treeOf(list).end(), visit);
+        } else {
+            std::for_each_n(begin(list), list.count, visit);
+        }
+    }
+    // The same until visit(slot) returns true. True if it did.
     template <class Visit>
     bool any(const List &list, Visit visit) const {
         if (list.room == inTree) {
@@ -81,10 +90,7 @@ public:
     std::vector<int> copy(const List &list) const {
         std::vector<int> slots;
         slots.reserve(static_cast<std::size_t>(list.count));
-        any(list, [&](int slot) {
-            slots.push_back(slot);
-            return false;
-        });
+        each(list, [&](int slot) { slots.push_back(slot); });
         return slots;
     }
 

@@ -67,8 +67,9 @@ public:
 
     // As countEdge.
     int countEdge(int a, int b, int *slot) const {
-        const List &shorter = at(a).size() <= at(b).size() ? at(a) : at(b);
-        if (isCrowded(shorter)) {
+        const bool takesFirst = at(a).size() <= at(b).size();
+        const List &list = takesFirst ? at(a) : at(b);
+        if (isCrowded(list)) {
             const List &edge = find(edges, edgeKey(a, b));
             lists.anyDown(edge, [slot](int highest) {
                 *slot = highest;
@@ -76,22 +77,15 @@ public:
             });
             return edge.size();
         }
-        // In a triangle every other node than a stands next to it.
-        const bool isAny = corners == 3 && a != b;
-        const int other = &shorter == &at(a) ? b : a;
-        int found = 0;
-        int highest = -1;
-        lists.any(shorter, [&](int i) {
-            const bool holds = isAny ? holdsNode(facets[i], other)
-                                     : holdsEdge<corners>(facets[i].GetNodeIdxPM(), a, b);
-            found += holds ? 1 : 0;
-            highest = holds ? i : highest;
-            return false;
-        });
-        if (found > 0) {
-            *slot = highest;
+        if (corners == 3 && a != b) {
+            // In a triangle every other node than a stands next to it.
+            const int other = takesFirst ? b : a;
+            return countIn(list, slot,
+                           [other](const Item &facet) { return holdsNode(facet, other); });
         }
-        return found;
+        return countIn(list, slot, [a, b](const Item &facet) {
+            return holdsEdge<corners>(facet.GetNodeIdxPM(), a, b);
+        });
     }
 
     // Highest slot with all its nodes among the three of `nodes`, or -1.
@@ -297,6 +291,24 @@ private:
                 visit(a, b);
             }
         }
+    }
+
+    // Number of facets in a list for which `holds(facet)` is true; *slot receives the highest one
+    // and stays when there is none. Which ones hold nobody can foresee: said by masks, so that it
+    // stays without a branch.
+    template <class Holds>
+    int countIn(const List &list, int *slot, Holds holds) const {
+        int found = 0;
+        int highest = -1;
+        lists.each(list, [&](int i) {
+            const int isHeld = holds(facets[i]) ? 1 : 0;
+            found += isHeld;
+            highest = std::max(highest, i | (isHeld - 1)); // -1 where it is not held
+        });
+        if (found > 0) {
+            *slot = highest;
+        }
+        return found;
     }
 
     // The shortest list that has all facets with three different nodes.
