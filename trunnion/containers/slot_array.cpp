@@ -12,6 +12,7 @@
 #include "trunnion/containers/detail/slot_sort_impl.h"
 #include "trunnion/persistence/line_io.h"
 #include "trunnion/platform/files.h"
+#include "trunnion/platform/large_pages.h"
 
 namespace trunnion::detail {
 
@@ -36,6 +37,7 @@ void *resizeBlock(void *block, long long slots, std::size_t slotBytes) {
     if (resized == nullptr) {
         stopOnExhaustedMemory();
     }
+    preferLargePages(resized, bytes);
     return resized;
 }
 

@@ -8,8 +8,9 @@
 #include "trunnion/platform/system.h"
 
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
-#include <memory>
 #include <string>
 
 #include <iconv.h>
@@ -107,11 +108,11 @@ void preferLargePages([[maybe_unused]] void *block, [[maybe_unused]] std::size_t
     if (size < 2 * largePage) {
         return;
     }
-    // Of the large pages only those that belong to the block as a whole.
-    void *begin = block;
-    if (std::align(largePage, largePage, begin, size) != nullptr) {
-        madvise(begin, size / largePage * largePage, MADV_HUGEPAGE);
-    }
+    // From the start of the mapping on, the heap's own bytes before the block included: a mapping
+    // in parts of two kinds could not be moved when the block grows, only copied.
+    const auto pageSize = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    const std::uintptr_t offset = reinterpret_cast<std::uintptr_t>(block) % pageSize;
+    madvise(static_cast<char *>(block) - offset, size + offset, MADV_HUGEPAGE);
 #endif
 }
 

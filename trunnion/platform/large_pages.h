@@ -7,9 +7,9 @@
 
 namespace trunnion::detail {
 
-// Asks the system to give a fresh heap block of several megabytes in large pages, where it has
-// them: memory that is touched for the first time costs a system call's time for each page. Nothing
-// for a smaller block; what the block holds does not change.
+// Asks the system to give a heap block of several megabytes, fresh or just grown, in large pages,
+// where it has them: memory that is touched for the first time costs a system call's time for each
+// page. Nothing for a smaller block; what the block holds does not change.
 void preferLargePages(void *block, std::size_t size);
 
 } // namespace trunnion::detail
