@@ -4,6 +4,7 @@
 #include "trunnion/containers/slot_array.h"
 #include "trunnion/persistence/list_tags.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/list_files.h"
+#include "tests/support/thrown.h"
 
 namespace {
 
@@ -235,12 +237,31 @@ struct HostStream : TqIOCL {
         numbers.erase(numbers.begin());
         return 1;
     }
-    int InputSM(char *text, int, int) override {
+    int InputSM(char *text, int length, int) override {
         ++words;
+        if (GetIoTypeM() == 1) {
+            std::fill_n(text, length / 2, '\0');
+            throw 107;
+        }
         *text = '\0';
         return 1;
     }
+    int GetIoTypeM() const override { return isBinary ? 1 : TqIOCL::GetIoTypeM(); }
+    bool isBinary = false;
 };
+
+TEST(SlotLists, AListThatBreaksOffHoldsWhatWasReadSoFar) {
+    constexpr int count = 100000;
+    HostStream stream;
+    stream.isBinary = true;
+    stream.numbers = {count, count};
+    IntArr array;
+    EXPECT_EQ(test::thrown([&] { array.FmInputOzkLstM(&stream); }), 107);
+    EXPECT_EQ(stream.words, 1) << "the slots in one call";
+    EXPECT_EQ(array.GetBoundM(), count);
+    EXPECT_EQ(array.GetAvailableNumM(-1), count / 2);
+    EXPECT_EQ(*array.GetItemPM(count - 1), SL_DELETED_INT);
+}
 
 TEST(SlotLists, AStreamWithoutAFileIsReadThroughItsOwnOperations) {
     HostStream stream;

@@ -112,6 +112,49 @@ TEST(SlotArray, ClearsKeepOrReleaseTheBlock) {
     EXPECT_EQ(array.GetLengthM(), 25) << "the increment outlives a clear";
 }
 
+// What a host wrote behind the bound, through a pointer or a reference, is what the slots hold.
+TEST(SlotArray, WritesThroughAPointerBehindTheBoundStay) {
+    IntArr array(20);
+    array.AddItemM(1);
+    int *slots = array.getCurrentItemPrtM();
+    slots[7] = 5;
+    array[12] = 6;
+    IntArr copy = array;
+    for (const int idx : {7, 12, 13}) {
+        copy.SetItemM(9, idx);
+    }
+    EXPECT_EQ(copy.GetAvailableNumM(), 2) << "only slot 13 was empty";
+    copy.DelAllVirtualM();
+    array.SetItemM(2, 15);
+    EXPECT_EQ(array.GetItemPosiM(6), 0);
+    EXPECT_EQ(array.GetItemPosiM(SL_DELETED_INT), 2);
+    EXPECT_EQ(copy.getCurrentItemPrtConstM()[12], SL_DELETED_INT);
+
+    IntArr all(20);
+    all.SetAllSameValueM(3, true);
+    all.AddItemM(4);
+    EXPECT_EQ(all.GetItemPosiM(3), 2);
+    EXPECT_EQ(all.GetAvailableNumM(), 21);
+
+    Int4DArr wide(20);
+    wide.ModifyItemM(8, 10, 1);
+    wide.ChangeFirstValueM(3, 12);
+    EXPECT_EQ(wide.GetItemPM(10)[0], SL_DELETED_INT);
+    EXPECT_EQ(wide.GetItemPM(10)[1], 8);
+    EXPECT_EQ(wide.GetAvailableNumM(), 1);
+
+    Point3DArr points(20);
+    EXPECT_EQ(points.IsPntAvailableM(15), TAG_UNUSED);
+    points.getCurrentItemPrtM()[3 * 15] = 1.0F;
+    EXPECT_EQ(points.IsPntAvailableM(15), TAG_AVAILABLE);
+    Point3DArr holed(20);
+    const float p[3] = {1, 2, 3};
+    holed.SetItemM(p, 6);
+    points.AppendPntsM(holed);
+    EXPECT_EQ(points.GetBoundM(), 7);
+    EXPECT_EQ(points.IsPntAvailableM(5), TAG_UNUSED);
+}
+
 TEST(SlotArrayDeathTest, ExhaustedMemoryStopsInsteadOfWritingThroughNull) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_DEATH(

@@ -28,8 +28,7 @@ bool isSamePoint(const float *a, const float *b) {
 Point3DArr::~Point3DArr() = default;
 
 int Point3DArr::IsPntAvailableM(int idx) const {
-    return idx >= 0 && idx<capacity && * slotAt(idx)> SL_LIVE_REAL_LIMIT ? TAG_AVAILABLE
-                                                                         : TAG_UNUSED;
+    return idx >= 0 && idx<marked && * slotAt(idx)> SL_LIVE_REAL_LIMIT ? TAG_AVAILABLE : TAG_UNUSED;
 }
 
 int Point3DArr::AddPointM(float *const p) {
@@ -83,6 +82,7 @@ int Point3DArr::AppendPntsM(const Point3DArr &other) {
     const int taken = other.bound;
     const long long needed = static_cast<long long>(bound) + taken - capacity;
     AddSizeM(static_cast<int>(std::min<long long>(needed, INT_MAX)));
+    markUpTo(bound + taken);
     for (int k = 0; k < taken; ++k) {
         if (isLive(*other.slotAt(k))) {
             std::copy_n(other.slotAt(k), 3, slotAt(bound + k));
@@ -103,6 +103,7 @@ void Point3DArr::FmInputLstM(std::FILE *f, int n) {
     InitialSizeM(wanted);
     const auto taken =
         static_cast<int>(std::fread(data(), pointBytes, static_cast<std::size_t>(wanted), f));
+    claim(taken);
     setCounts(taken, taken);
 }
 

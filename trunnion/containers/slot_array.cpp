@@ -129,6 +129,7 @@ void IntArr::ChangeNodeIdxM(int oldValue, int newValue) {
 
 void IntArr::SetAllSameValueM(int value, bool all) {
     if (all) {
+        claim(capacity);
         std::fill_n(data(), capacity, value);
         bound = capacity;
         available = capacity;
@@ -254,6 +255,7 @@ void RealArr::CopyFromBufferM(const char *buf, int nbytes) {
     const int count = std::max(nbytes, 0) / static_cast<int>(sizeof(float));
     InitialSizeM(count);
     if (count > 0) {
+        claim(count);
         std::memcpy(data(), buf, static_cast<std::size_t>(count) * sizeof(float));
     }
     setCounts(count, count);
@@ -340,6 +342,7 @@ int Int3DArr::FindItemByKey2M(const int *key) const {
 
 int Int4DArr::ModifyItemM(int value, int idx, int which) {
     if (idx >= 0 && idx < capacity && which >= 0 && which < width) {
+        markUpTo(idx + 1);
         slotAt(idx)[which] = value;
     }
     return 1;
@@ -353,6 +356,7 @@ int Int4DArr::ChangeFirstValueM(int value, int idx) {
         const int missing = idx + 1 - capacity;
         AddSizeM(missing > increment ? increment + missing : increment);
     }
+    markUpTo(idx + 1);
     available += *slotAt(idx) == SL_DELETED_INT ? 1 : 0;
     *slotAt(idx) = value;
     bound = std::max(bound, idx + 1);

@@ -56,6 +56,7 @@ public:
     // Unchecked access to a slot below the capacity; a write changes no count.
     int &operator[](int idx) {
         changes.noteWriter();
+        markBlock();
         return *slotAt(idx);
     }
     int &ElementAtM(int idx) { return (*this)[idx]; }

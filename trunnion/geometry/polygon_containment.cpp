@@ -186,7 +186,7 @@ int Point2DArr::JudgePntInBoundM(const float *p) const {
         return 0;
     }
     // The storage holds the slots as pairs, one behind the other.
-    const auto *points = reinterpret_cast<const float(*)[2]>(getCurrentItemPrtConstM());
+    const auto *points = reinterpret_cast<const float(*)[2]>(data());
     return slPointInterFaceM(points, count, p) == SL_POLYGON_INSIDE ? 1 : 0;
 }
 

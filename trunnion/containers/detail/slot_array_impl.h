@@ -19,6 +19,7 @@ void SlotArray<Slots>::release() {
     }
     heapItems = nullptr;
     capacity = inlineSlots;
+    marked = inlineSlots;
     bound = 0;
     available = 0;
 }
@@ -37,12 +38,13 @@ SlotArray<Slots> &SlotArray<Slots>::operator=(const SlotArray &other) {
         }
     }
     capacity = other.capacity;
+    marked = other.marked;
     bound = other.bound;
     available = other.available;
     increment = other.increment;
     std::copy_n(other.inlineItems, inlineSlots * width, inlineItems);
     if (capacity > inlineSlots) {
-        std::copy_n(other.heapItems, static_cast<std::ptrdiff_t>(capacity) * width, heapItems);
+        std::copy_n(other.heapItems, static_cast<std::ptrdiff_t>(marked) * width, heapItems);
     }
     return *this;
 }
@@ -59,10 +61,26 @@ int SlotArray<Slots>::AddSizeM(int n) {
     if (wasInline) {
         std::copy_n(inlineItems, inlineSlots * width, block);
     }
-    markAll(block + static_cast<std::ptrdiff_t>(capacity) * width, n);
     heapItems = block;
     capacity = static_cast<int>(grown);
+    if (!Slots::marksLate) {
+        markBlock();
+    }
     changes.noteEndOfPointers();
+    return 1;
+}
+
+// A slot below 0 or, with some left between, behind those that are marked.
+template <class Slots>
+int SlotArray<Slots>::setFarBehind(Argument value, int idx) {
+    if (idx < 0) {
+        return 1;
+    }
+    if (idx >= capacity) {
+        return setBehindCapacity(value, idx);
+    }
+    markUpTo(idx);
+    appendToBlock(value);
     return 1;
 }
 
@@ -94,6 +112,7 @@ int SlotArray<Slots>::InsertItemM(Argument value, int idx) {
     } else {
         ++bound;
         ++available;
+        claim(bound);
     }
     Value *slot = slotAt(idx);
     std::copy_backward(slot, slotAt(bound - 1), slotAt(bound));
@@ -111,7 +130,7 @@ int SlotArray<Slots>::DelAllM() {
 template <class Slots>
 typename Slots::ClearResult SlotArray<Slots>::DelAllVirtualM() {
     changes.noteRewrite();
-    markEmpty(0, Slots::clearsWholeBlock ? capacity : bound);
+    markEmpty(0, Slots::clearsWholeBlock ? marked : bound);
     if constexpr (Slots::clearsWholeBlock) {
         markAll(inlineItems, inlineSlots);
     }
@@ -128,9 +147,18 @@ void SlotArray<Slots>::markEmpty(int from, int to) {
 }
 
 template <class Slots>
+void SlotArray<Slots>::markUpTo(int to) const {
+    if (marked < to) {
+        markAll(heapItems + static_cast<std::ptrdiff_t>(marked) * width, to - marked);
+        marked = to;
+    }
+}
+
+template <class Slots>
 void SlotArray<Slots>::setCounts(int newBound, int newAvailable) {
     changes.noteRewrite();
     markEmpty(newBound, bound);
+    markUpTo(newBound);
     bound = newBound;
     available = newAvailable;
 }
@@ -161,6 +189,7 @@ void SlotArray<Slots>::moveInline() {
     slFree(heapItems);
     heapItems = nullptr;
     capacity = inlineSlots;
+    marked = inlineSlots;
 }
 
 template <class Slots>

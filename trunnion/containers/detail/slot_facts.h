@@ -49,7 +49,8 @@ struct SlotDefaults {
     static constexpr bool lastGivesSlot = false; // GetLastM returns the slot, not 1
     static constexpr bool clearsWholeBlock =
         false; // DelAllVirtualM marks all slots, not those below the bound
-    static constexpr int sizeMultiple = 1; // InitialSizeM rounds up to it
+    static constexpr bool marksLate = true; // a fresh block stays raw until somebody can see it
+    static constexpr int sizeMultiple = 1;  // InitialSizeM rounds up to it
     static constexpr ListForm listForm = ListForm::indexed;
     static constexpr int readEmptyTest =
         2; // leading values of which one marker makes a slot empty when read as text
@@ -99,6 +100,7 @@ struct TRUNNION_API CharSlots : SlotDefaults<char, 1> {
     static constexpr bool purgeReturnsInline = true;
     static constexpr bool lastGivesSlot = true;
     static constexpr bool clearsWholeBlock = true;
+    static constexpr bool marksLate = false; // its texts rely on the zero behind their end
     static constexpr ListForm listForm = ListForm::plain;
 };
 

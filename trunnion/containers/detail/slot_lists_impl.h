@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <climits>
+#include <typeinfo>
 
 #include "trunnion/containers/detail/slot_kinds.h"
+#include "trunnion/persistence/compress_stream.h"
 #include "trunnion/persistence/detail/list_frame.h"
 #include "trunnion/persistence/detail/stream_access.h"
 #include "trunnion/persistence/stream.h"
@@ -120,6 +122,11 @@ void ListedSlots<Slots>::FmInputOzkLstM(TqIOCL *stream) {
     }
 }
 
+// A stream class of the host's own gets the slots of a list in one call.
+inline bool takesPieces(const TqIOCL &stream) {
+    return typeid(stream) == typeid(TqIOCL) || typeid(stream) == typeid(TqCompressIOCL);
+}
+
 template <class Slots>
 void ListedSlots<Slots>::readBinary(TqIOCL &stream) {
     const int newBound = readCount(stream);
@@ -128,10 +135,20 @@ void ListedSlots<Slots>::readBinary(TqIOCL &stream) {
     StreamAccess::require(stream, newBound, slotBytes);
     StreamAccess::require(stream, newAvailable, 0);
     this->InitialSizeM(newBound);
-    this->setCounts(newBound, newAvailable);
-    if (newBound > 0) {
-        stream.InputSM(reinterpret_cast<char *>(this->data()), newBound * slotBytes, 0);
+    // Slots are marked, in case the reading breaks off, a piece at a time: the processor then has
+    // the piece still at hand when it is read.
+    const int most = takesPieces(stream) ? (128 << 10) / slotBytes : newBound;
+    try {
+        for (int from = 0, slots = 0; from < newBound; from += slots) {
+            slots = std::min(most, newBound - from);
+            this->markUpTo(from + slots);
+            stream.InputSM(reinterpret_cast<char *>(slotAt(from)), slots * slotBytes, 0);
+        }
+    } catch (...) {
+        this->setCounts(newBound, newAvailable);
+        throw;
     }
+    this->setCounts(newBound, newAvailable);
 }
 
 template <class Slots>

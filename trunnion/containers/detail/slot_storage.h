@@ -7,7 +7,8 @@
 // Four slots are part of the object, more stand in a block of the heap. Terms: `capacity`, the
 // slots that exist; `bound`, one past the highest slot in use; `available`, the live slots below
 // the bound; a hole is a slot below the bound that is not live. Slots at or behind the bound hold
-// the marker.
+// the marker, for whoever looks; but fresh memory is dear, so those from `marked` on are raw until
+// a pointer or reference through which a host could see them is handed out.
 //
 // Shared rules. A slot has one to four values and the first decides whether it is live; a slot of
 // several values is passed by the address of its first, and deleting it writes the marker into the
@@ -90,20 +91,22 @@ public:
     // idx + 1 + increment; slots between the old bound and idx become holes. Amortised constant
     // time.
     int SetItemM(Argument value, int idx) {
-        if (idx < 0) {
+        if (static_cast<unsigned int>(idx) < static_cast<unsigned int>(marked)) {
+            if (idx < bound) {
+                changes.noteRewrite();
+            } else {
+                bound = idx + 1;
+            }
+            Value *slot = storage() + static_cast<std::ptrdiff_t>(idx) * width;
+            available += countsAsNew(*slot) ? 1 : 0;
+            writeSlot(slot, value);
             return 1;
         }
-        if (idx >= capacity) {
-            return setBehindCapacity(value, idx);
+        if (idx == marked && idx < capacity) {
+            appendToBlock(value);
+            return 1;
         }
-        if (idx < bound) {
-            changes.noteRewrite();
-        }
-        Value *slot = storage() + static_cast<std::ptrdiff_t>(idx) * width;
-        available += countsAsNew(*slot) ? 1 : 0;
-        bound = std::max(bound, idx + 1);
-        writeSlot(slot, value);
-        return 1;
+        return setFarBehind(value, idx);
     }
     // Appends behind the last slot, never into a hole; returns the slot.
     int AddItemM(Argument value) {
@@ -152,15 +155,21 @@ public:
             if (idx < 0 || idx >= bound) {
                 return nullptr;
             }
+        } else if (idx >= marked) {
+            markBlock();
         }
         return slotAt(idx);
     }
     // The storage, inline or heap. A write through it changes no count.
     Value *getCurrentItemPrtM() {
         changes.noteWriter();
+        markBlock();
         return storage();
     }
-    const Value *getCurrentItemPrtConstM() const { return data(); }
+    const Value *getCurrentItemPrtConstM() const {
+        markBlock();
+        return data();
+    }
 
     // First live slot: GetNextM(value, idx, -1).
     int GetFirstM(Value *value, int *idx) const { return GetNextM(value, idx, -1); }
@@ -224,6 +233,15 @@ protected:
     }
     // Marks slots `from` up to `to` as empty, touching the first value of each only.
     void markEmpty(int from, int to);
+    // Brings the markers up to slot `to`, or to the end of the block, where they are not yet.
+    void markUpTo(int to) const;
+    void markBlock() const {
+        if (marked < capacity) {
+            markUpTo(capacity);
+        }
+    }
+    // Slots below `to`, within the capacity, get no marker any more: the caller writes them.
+    void claim(int to) { marked = std::max(marked, to); }
     // Takes counts that came from elsewhere; slots that fall out of use become empty again.
     void setCounts(int newBound, int newAvailable);
 
@@ -233,6 +251,9 @@ protected:
     int bound = 0;
     int available = 0;
     int increment = 10;
+    // From the bound to the capacity, and the same as the capacity while that is four. Reading may
+    // bring it up: nothing that can be observed changes.
+    mutable int marked = inlineSlots;
     [[no_unique_address]] std::conditional_t<Slots::isSearched, SlotChanges, NoSlotChanges> changes;
 
 private:
@@ -255,6 +276,13 @@ private:
             std::copy_n(value, width, slot);
         }
     }
+    // The slot at `marked`, which stands in the block, becomes the last one.
+    void appendToBlock(Argument value) {
+        writeSlot(heapItems + static_cast<std::ptrdiff_t>(marked) * width, value);
+        bound = ++marked;
+        ++available;
+    }
+    int setFarBehind(Argument value, int idx);
     int setBehindCapacity(Argument value, int idx);
     void release();
     bool purgeKeeps(Value first) const {
