@@ -5,8 +5,8 @@
 
 namespace trunnion::detail {
 
-// The ways that there are: plain code and, where the compiler and the processor have them, vectors
-// of 256 and of 512 bits. All give the same bits.
+// The ways that there are: what every processor that the library is built for can do and, where the
+// compiler and the processor have them, vectors of 256 and of 512 bits. All give the same bits.
 enum class VectorWidth { plain, bits256, bits512 };
 
 // The widest way of this processor.
