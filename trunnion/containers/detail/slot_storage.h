@@ -177,6 +177,9 @@ public:
     // marker and SL_DELETED_INT are stored and the result is -1.
     int GetNextM(Value *value, int *idx, int after) const {
         for (int slot = std::clamp(after, -1, bound - 1) + 1; slot < bound; ++slot) {
+            if (isMixed() && bound - slot >= 4) {
+                slot += emptyAhead(slot);
+            }
             const Value *held = slotAt(slot);
             if (walkSees(*held)) {
                 std::copy_n(held, width, value);
@@ -281,6 +284,17 @@ private:
         writeSlot(heapItems + static_cast<std::ptrdiff_t>(marked) * width, value);
         bound = ++marked;
         ++available;
+    }
+    // Whether holes and items may alternate in a way that no processor foresees.
+    bool isMixed() const {
+        return Slots::walkSkipsEmpty && available > bound / 4 && available < bound - bound / 4;
+    }
+    // The holes right from `slot` on, counted up to three, without branches.
+    int emptyAhead(int slot) const {
+        const int one = walkSees(*slotAt(slot)) ? 0 : 1;
+        const int two = one & (walkSees(*slotAt(slot + 1)) ? 0 : 1);
+        const int three = two & (walkSees(*slotAt(slot + 2)) ? 0 : 1);
+        return one + two + three;
     }
     int setFarBehind(Argument value, int idx);
     int setBehindCapacity(Argument value, int idx);
