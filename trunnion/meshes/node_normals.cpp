@@ -1,18 +1,21 @@
 // Node normals, from a grid or from facets.
 #include "trunnion/meshes/node_arr.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <memory>
 #include <new>
 
+#include "trunnion/geometry/detail/guards.h"
 #include "trunnion/geometry/detail/vec.h"
 #include "trunnion/geometry/scalars.h"
 #include "trunnion/meshes/triangle_arr.h"
 
 using trunnion::detail::cross;
 using trunnion::detail::load3;
+using trunnion::detail::normalize;
 using trunnion::detail::store;
 using trunnion::detail::Vec3;
 
@@ -30,7 +33,10 @@ bool coincide(const Vec3 &difference) {
 void setNormalisedSum(const Vec3 &sum, NodeCL &node) {
     float normal[3];
     store(sum, normal);
-    node.SetNormM(normal);
+    Vec3 direction = load3(normal); // of the sum as a normal holds it
+    normalize(direction);
+    store(direction, normal);
+    node.setNormal(normal);
 }
 
 // Sum of the facet normals of all triangles that hold the node, in the order of their slots. False
@@ -142,17 +148,25 @@ int NodeArr::CalculateNormByFaceviewLst(const TriangleArr &triangles, const Quad
         }
         return 1;
     }
-    for (int k = 0; k < triangles.GetBoundM(); ++k) {
-        const TriangleCL &triangle = *triangles.GetItemPM(k);
+    std::for_each_n(triangles.items(), triangles.bound, [&](const TriangleCL &triangle) {
         const int *corners = triangle.GetNodeIdxPM();
-        for (int c = 0; c < TriangleCL::cornerCount; ++c) {
-            // A node that the triangle names twice is held once.
-            if (holdsSlot(corners[c]) && triangle.positionOf(corners[c]) == c) {
-                Sum &sum = sums[static_cast<std::size_t>(corners[c])];
-                sum = {sum.normals + load3(triangle.GetNormPM()), true};
-            }
+        const Vec3 normal = load3(triangle.GetNormPM());
+        const auto addTo = [&](int node) {
+            Sum &sum = sums[static_cast<std::size_t>(node)];
+            sum.normals = sum.normals + normal;
+            sum.held = true;
+        };
+        // A node that the triangle names twice is held once.
+        if (holdsSlot(corners[0])) {
+            addTo(corners[0]);
         }
-    }
+        if (holdsSlot(corners[1]) && corners[1] != corners[0]) {
+            addTo(corners[1]);
+        }
+        if (holdsSlot(corners[2]) && corners[2] != corners[0] && corners[2] != corners[1]) {
+            addTo(corners[2]);
+        }
+    });
     for (int i = 0; i < bound; ++i) {
         const Sum &sum = sums[static_cast<std::size_t>(i)];
         if (sum.held) {
