@@ -70,13 +70,11 @@ public:
         }
         const Vec3 at = inCells(point);
         const Cell cell = cellAt(at);
-        const Home home = homeOf(cell);
         if (isInside(at, cell)) {
             // All that can match lies in this cell, whose slots the table has in ascending order.
-            const int found = firstIn(home, matches);
+            const int found = firstIn(homeOf(cell), matches);
             return found >= 0 && (best < 0 || found < best) ? found : best;
         }
-        visit(home, propose);
         visitBox(at, propose);
         return best;
     }
@@ -172,12 +170,13 @@ private:
             return false;
         });
     }
-    // Those in the cells at the corners of the box that is within the reach. Very far out, where
-    // coordinates are so coarse that they round both ends away, the cell of the point itself is not
-    // among them.
+    // How far along an axis a point may match: not at all so far out that floats lie further apart
+    // than the reach, and numbers of cells could round past the cell itself.
+    double reachAt(double along) const { return std::fabs(along) < 0x1p50 ? reachInCells : 0.0; }
+    // Those in the cells at the corners of the box that is within the reach.
     template <class Propose>
     void visitBox(const Vec3 &at, Propose propose) const {
-        const Vec3 reaches{reachInCells, reachInCells, reachInCells};
+        const Vec3 reaches{reachAt(at.x), reachAt(at.y), reachAt(at.z)};
         const Cell low = cellAt(at - reaches);
         const Cell high = cellAt(at + reaches);
         for (int corner = 0; corner < 8; ++corner) {
