@@ -176,7 +176,12 @@ public:
     // First live slot behind `after`: stores its value and number and returns 1. At the end the
     // marker and SL_DELETED_INT are stored and the result is -1.
     int GetNextM(Value *value, int *idx, int after) const {
-        for (int slot = std::clamp(after, -1, bound - 1) + 1; slot < bound; ++slot) {
+        auto start = static_cast<unsigned int>(after) + 1U;
+        if (start >
+            static_cast<unsigned int>(bound)) { // foreseen, where a clamp would be waited for
+            start = after < 0 ? 0U : static_cast<unsigned int>(bound);
+        }
+        for (int slot = static_cast<int>(start); slot < bound; ++slot) {
             if (isMixed() && bound - slot >= 4) {
                 slot += emptyAhead(slot);
             }
