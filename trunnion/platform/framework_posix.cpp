@@ -19,7 +19,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char **environ;
+// Some systems leave it to the program to declare this.
+extern char **environ; // NOLINT(readability-redundant-declaration)
 
 namespace {
 
@@ -31,8 +32,8 @@ constexpr int buttonOk = 1;
 // `from`, or the system knows no such conversion.
 bool convert(const std::string &text, const char *from, std::string &converted) {
     iconv_t conversion = iconv_open("UTF-8", from);
-    if (conversion == reinterpret_cast<iconv_t>(
-                          -1)) { // NOLINT(performance-no-int-to-ptr): its own way of failing
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): its own way of failing
+    if (conversion == reinterpret_cast<iconv_t>(-1)) {
         return false;
     }
     converted.resize(4 * text.size());
