@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <new>
 
-int test::allocationsLeft = -1;
+std::atomic<int> test::allocationsLeft = -1;
 
 void *operator new(std::size_t size, const std::nothrow_t & /*tag*/) noexcept {
     if (test::allocationsLeft == 0) {

@@ -2,10 +2,12 @@
 // includes this has short_memory.cpp among its sources.
 #pragma once
 
+#include <atomic>
+
 namespace test {
 
 // So many operator new of the program, in the library's code too, succeed before the rest fails;
 // below 0 none fails.
-extern int allocationsLeft;
+extern std::atomic<int> allocationsLeft;
 
 } // namespace test
