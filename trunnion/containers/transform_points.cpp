@@ -204,14 +204,6 @@ __attribute__((target("avx512f,avx512vl,avx512dq"))) void transform512(const Row
 
 #ifdef TRUNNION_WIDE_VECTORS
 
-VectorWidth widestVectors() {
-    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl") &&
-        __builtin_cpu_supports("avx512dq")) {
-        return VectorWidth::bits512;
-    }
-    return __builtin_cpu_supports("avx2") ? VectorWidth::bits256 : VectorWidth::plain;
-}
-
 void transformPoints(const float *m, bool moves, float *points, int count, VectorWidth width) {
     const Rows rows = rowsOf(m, moves);
     switch (width) {
@@ -228,10 +220,6 @@ void transformPoints(const float *m, bool moves, float *points, int count, Vecto
 }
 
 #else
-
-VectorWidth widestVectors() {
-    return VectorWidth::plain;
-}
 
 void transformPoints(const float *m, bool moves, float *points, int count, VectorWidth /*width*/) {
     transform128(rowsOf(m, moves), points, count);
