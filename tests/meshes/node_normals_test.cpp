@@ -1,8 +1,12 @@
 // Node normals, from a grid and from facets.
 #include "trunnion/meshes/node_arr.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -10,6 +14,7 @@
 #include "tests/support/nodes.h"
 #include "tests/support/random.h"
 #include "trunnion/geometry/scalars.h"
+#include "trunnion/meshes/detail/normal_sums.h"
 #include "trunnion/meshes/quad_arr.h"
 #include "trunnion/meshes/triangle_arr.h"
 
@@ -103,8 +108,11 @@ std::vector<Vector> plainNormals(const NodeArr &nodes, const TriangleArr &triang
                 held = true;
             }
         }
-        Vector normal = {static_cast<float>(sum[0]), static_cast<float>(sum[1]),
-                         static_cast<float>(sum[2])};
+        Vector normal;
+        std::transform(sum, sum + 3, normal.begin(), [](double value) {
+            constexpr double greatest = std::numeric_limits<float>::max();
+            return static_cast<float>(std::clamp(value, -greatest, greatest));
+        });
         if (held) {
             slNormalize(normal.data());
         } else {
@@ -115,25 +123,58 @@ std::vector<Vector> plainNormals(const NodeArr &nodes, const TriangleArr &triang
     return normals;
 }
 
+// To the bit.
+bool haveNormals(const NodeArr &nodes, const std::vector<Vector> &expected) {
+    const auto isSame = [](float a, float b) {
+        return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+    };
+    for (int i = 0; i < nodes.GetBoundM(); ++i) {
+        const Vector &normal = expected[static_cast<std::size_t>(i)];
+        if (!std::equal(normal.begin(), normal.end(), nodes.GetItemPM(i)->GetNormalPM(), isSame)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// What every width of vectors makes of the sums, and the list itself.
 TEST(FacetNormals, NodeNormalsHaveTheBitsOfTheScanOnAnyMesh) {
+    using trunnion::detail::VectorWidth;
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    constexpr float odd[] = {infinity, -infinity, NAN, 3e38F, -3e38F, 1e-5F, 7e-5F, 0.0F};
     test::Random random(31);
-    for (int round = 0; round < 50; ++round) {
-        NodeArr nodes = nodesAt(
-            std::vector<Vector>(static_cast<std::size_t>(random.integer(0, 12)), Vector{1, 2, 3}));
+    for (int round = 0; round < 300; ++round) {
+        const int count = random.integer(0, round % 3 == 0 ? 70 : 12);
+        NodeArr nodes =
+            nodesAt(std::vector<Vector>(static_cast<std::size_t>(count), Vector{1, 2, 3}));
         TriangleArr triangles;
-        for (int i = random.integer(0, 40); i > 0; --i) {
-            const int corners[3] = {random.integer(-1, 13), random.integer(0, 11),
-                                    random.integer(0, 11)};
-            const float normal[3] = {random.real(-1, 1), random.real(-1, 1), random.real(-1, 1)};
+        for (int i = random.integer(0, 60); i > 0; --i) {
+            const int corners[3] = {random.integer(-1, count + 1), random.integer(0, count),
+                                    random.integer(0, count)};
+            float normal[3];
+            for (float &value : normal) {
+                value = random.oneIn(20) ? odd[random.integer(0, 7)] : random.real(-1, 1);
+                value *= random.oneIn(9) ? 1e-4F : 1.0F;
+            }
             triangles.AddTriangleM(corners, normal);
         }
         triangles.DelItemM(random.integer(0, 10));
         nodes.DelItemM(0);
+        const int bound = nodes.GetBoundM();
         const std::vector<Vector> expected = plainNormals(nodes, triangles);
-        EXPECT_EQ(nodes.CalculateNormByFaceviewLst(triangles, QuadArr()), 1);
-        for (int i = 0; i < nodes.GetBoundM(); ++i) {
-            ASSERT_EQ(normalOf(nodes, i), expected[static_cast<std::size_t>(i)]);
+        for (const VectorWidth width :
+             {VectorWidth::plain, VectorWidth::bits256, VectorWidth::bits512}) {
+            if (width <= trunnion::detail::widestVectors()) {
+                NodeArr made = nodes;
+                std::vector<trunnion::detail::NormalSum> sums(static_cast<std::size_t>(bound));
+                trunnion::detail::setNormalsBySums(triangles.getCurrentItemPrtConstM(),
+                                                   triangles.GetBoundM(), made.getCurrentItemPrtM(),
+                                                   bound, sums.data(), width);
+                ASSERT_TRUE(haveNormals(made, expected)) << round;
+            }
         }
+        EXPECT_EQ(nodes.CalculateNormByFaceviewLst(triangles, QuadArr()), 1);
+        ASSERT_TRUE(haveNormals(nodes, expected)) << round;
     }
 }
 

@@ -58,14 +58,6 @@ void NodeCL::SetPntM(float *const point) {
     setPoint(point);
 }
 
-void NodeCL::setPoint(const float *point) {
-    std::copy_n(point, 3, pnt);
-}
-
-void NodeCL::setNormal(const float *normal) {
-    std::copy_n(normal, 3, norm);
-}
-
 void NodeCL::SetNormM(float *const normal) {
     slNormalize(normal);
     setNormal(normal);

@@ -64,9 +64,18 @@ public:
 
     // Copies the point in.
     void SetPntM(float *const point);
-    // Copy in as they are.
-    void setPoint(const float *point);
-    void setNormal(const float *normal);
+    // Copy in as they are, value by value: what was computed just before is then taken from where
+    // it is, while a copy of several values at once would wait until all of them are in memory.
+    void setPoint(const float *point) {
+        pnt[0] = point[0];
+        pnt[1] = point[1];
+        pnt[2] = point[2];
+    }
+    void setNormal(const float *normal) {
+        norm[0] = normal[0];
+        norm[1] = normal[1];
+        norm[2] = normal[2];
+    }
     // Normalises the caller's vector in place, then copies it in. A vector without direction
     // becomes (1, 0, 0).
     void SetNormM(float *const normal);

@@ -1,21 +1,21 @@
 // Node normals, from a grid or from facets.
 #include "trunnion/meshes/node_arr.h"
 
-#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <memory>
 #include <new>
 
-#include "trunnion/geometry/detail/guards.h"
 #include "trunnion/geometry/detail/vec.h"
 #include "trunnion/geometry/scalars.h"
+#include "trunnion/meshes/detail/normal_sums.h"
 #include "trunnion/meshes/triangle_arr.h"
 
 using trunnion::detail::cross;
 using trunnion::detail::load3;
-using trunnion::detail::normalize;
+using trunnion::detail::NormalSum;
+using trunnion::detail::setNormalisedSum;
 using trunnion::detail::store;
 using trunnion::detail::Vec3;
 
@@ -27,16 +27,6 @@ constexpr float coincidence = std::bit_cast<float>(std::uint32_t{0x3A83126E});
 bool coincide(const Vec3 &difference) {
     return std::fabs(difference.x) + std::fabs(difference.y) + std::fabs(difference.z) <
            coincidence;
-}
-
-// The normalised sum, as a normal of a node.
-void setNormalisedSum(const Vec3 &sum, NodeCL &node) {
-    float normal[3];
-    store(sum, normal);
-    Vec3 direction = load3(normal); // of the sum as a normal holds it
-    normalize(direction);
-    store(direction, normal);
-    node.setNormal(normal);
 }
 
 // Sum of the facet normals of all triangles that hold the node, in the order of their slots. False
@@ -134,43 +124,17 @@ int NodeArr::ReGenNormalVectM(const QuadCL &quad) {
 // scanned for.
 int NodeArr::CalculateNormByFaceviewLst(const TriangleArr &triangles, const QuadArr & /*quads*/) {
     NodeCL *nodes = changedItems();
-    struct Sum {
-        Vec3 normals;
-        bool held;
-    };
-    const std::unique_ptr<Sum[]> sums(new (std::nothrow) Sum[static_cast<std::size_t>(bound)]());
-    if (!sums) {
-        for (int i = 0; i < bound; ++i) {
-            Vec3 sum;
-            if (sumOfNormals(triangles, i, sum)) {
-                setNormalisedSum(sum, nodes[i]);
-            }
-        }
+    const std::unique_ptr<NormalSum[]> sums(new (std::nothrow)
+                                                NormalSum[static_cast<std::size_t>(bound)]());
+    if (sums) {
+        trunnion::detail::setNormalsBySums(triangles.items(), triangles.bound, nodes, bound,
+                                           sums.get());
         return 1;
     }
-    std::for_each_n(triangles.items(), triangles.bound, [&](const TriangleCL &triangle) {
-        const int *corners = triangle.GetNodeIdxPM();
-        const Vec3 normal = load3(triangle.GetNormPM());
-        const auto addTo = [&](int node) {
-            Sum &sum = sums[static_cast<std::size_t>(node)];
-            sum.normals = sum.normals + normal;
-            sum.held = true;
-        };
-        // A node that the triangle names twice is held once.
-        if (holdsSlot(corners[0])) {
-            addTo(corners[0]);
-        }
-        if (holdsSlot(corners[1]) && corners[1] != corners[0]) {
-            addTo(corners[1]);
-        }
-        if (holdsSlot(corners[2]) && corners[2] != corners[0] && corners[2] != corners[1]) {
-            addTo(corners[2]);
-        }
-    });
     for (int i = 0; i < bound; ++i) {
-        const Sum &sum = sums[static_cast<std::size_t>(i)];
-        if (sum.held) {
-            setNormalisedSum(sum.normals, nodes[i]);
+        Vec3 sum;
+        if (sumOfNormals(triangles, i, sum)) {
+            setNormalisedSum(sum, nodes[i]);
         }
     }
     return 1;
