@@ -1,14 +1,11 @@
 // Two lines or two segments in space.
 #include "trunnion/geometry/line_pairs.h"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstddef>
 #include <limits>
 
 #include "trunnion/geometry/detail/guards.h"
-#include "trunnion/geometry/detail/two_vectors.h"
+#include "trunnion/geometry/detail/skew_segments.h"
 #include "trunnion/geometry/distances.h"
 #include "trunnion/geometry/planes.h"
 
@@ -41,13 +38,13 @@ int bestAxes(const Vec3 &determinants) {
 
 // The cut with the greatest determinant.
 PlaneCut bestCut(const Vec3 &u, const Vec3 &v, const Vec3 &w) {
-    const Vec3 determinants = cross(v, u);
-    const Vec3 firsts = cross(v, w);
-    const Vec3 seconds = cross(u, w);
-    const PlaneCut cuts[] = {{determinants.z, firsts.z, seconds.z},
-                             {determinants.y, firsts.y, seconds.y},
-                             {determinants.x, firsts.x, seconds.x}};
-    return cuts[bestAxes(determinants)];
+    constexpr int axes[3][2] = {{0, 1}, {0, 2}, {1, 2}};
+    const auto &[i, j] = axes[bestAxes(cross(v, u))];
+    const double us[] = {u.x, u.y, u.z};
+    const double vs[] = {v.x, v.y, v.z};
+    const double ws[] = {w.x, w.y, w.z};
+    return {vs[i] * us[j] - vs[j] * us[i], vs[i] * ws[j] - vs[j] * ws[i],
+            us[i] * ws[j] - us[j] * ws[i]};
 }
 
 bool areParallel(const Vec3 &u, const Vec3 &v) {
@@ -217,181 +214,6 @@ Nearest nearestInPlane(const Vec3 &a, const Vec3 &b, const Vec3 &c, const Vec3 &
     return nearest;
 }
 
-#if defined(__SSE2__)
-
-// Two segments that are skew beyond doubt, the common case of slGetLinesCoPerpenticular. Its
-// result without the judgement's root and divisions, with two points or two lines at a time, and
-// without a branch that depends on how the segments lie, since nobody can foresee it. Pairs near a
-// bound are left to the described steps.
-class SkewSegments {
-public:
-    SkewSegments(const float *a, const float *b, const float *c, const float *d)
-        : ab(load3(a, b)),
-          cd(load3(c, d)),
-          start(firsts(ab, ab)),
-          line(seconds(ab, ab) - start),
-          arms(cd - start),
-          normal(cross(first(line), first(seconds(cd, cd) - cd))),
-          lineSquare(squaredLength(first(line))),
-          normalSquare(squaredLength(normal)) {}
-
-    // Whether slJudgeLineCoPlane finds them skew for sure, and all numbers to come lie well in the
-    // range of float. The judgement rounds the normal of the plane of a, b and c to float, and its
-    // number too: that changes the height of d by a few times 2^-24 of the coordinates at most. The
-    // volume of the four points is the height times the area of a, b and c, which is at most the
-    // product of two sides; so it also tells that these span a plane.
-    bool areClearlySkew() const {
-        constexpr double roundings = 1e-12;           // squared, 16 times as many as there can be
-        constexpr double spread = 10.0 * SL_ZERO_SQR; // beyond a sine that spans no plane, squared
-        constexpr double margin = 4.0;
-        constexpr double shortest = 2.0 * SL_ZERO_SQR;
-        constexpr double greatest = 1e18;
-        const Two squares = dot(arms, arms);
-        const double toC = _mm_cvtsd_f64(squares);
-        const double toD = _mm_cvtsd_f64(_mm_unpackhi_pd(squares, squares));
-        const double fromOrigin = squaredLength(first(ab));
-        const double volume = dot(normal, first(arms));
-        const double height =
-            margin * SL_ZERO_SQR_D + roundings * fromOrigin + spread * (toC + toD);
-        return lineSquare + fromOrigin + toC + toD < greatest && lineSquare > shortest &&
-               toC > shortest && normalSquare > shortest &&
-               volume * volume > std::max(height * (lineSquare * toC), spread * toD);
-    }
-
-    // What nearestInSpace finds; false where only its steps can tell. For segments that are clearly
-    // skew.
-    bool measure(Nearest &nearest) const {
-        const TwoVec3 unitNormal = normalised();
-        const double height = dot(first(unitNormal), first(arms));
-        const TwoVec3 moved = roundedToFloat(cd - twice(height) * unitNormal);
-        const TwoVec3 movedStart = firsts(moved, moved);
-        const TwoVec3 movedLine = seconds(moved, moved) - movedStart;
-        const TwoVec3 movedArms = moved - start;
-        __m128 crossing;
-        if (!crossLines(movedLine, movedArms, crossing)) {
-            return false;
-        }
-        const Feet feet(movedArms, line, lineSquare, ab - movedStart, movedLine);
-        const int place = PLACES[static_cast<std::size_t>(feet.nearest() | insideBits(crossing))];
-        if (place == UNDECIDED) {
-            return false;
-        }
-        // Ends of the other segment have the parameter 0 or 1.
-        const __m128 ends = _mm_setr_ps(0.0F, 1.0F, 0.0F, 1.0F);
-        const __m128 none = _mm_set1_ps(SL_BIG);
-        alignas(16) float onFirst[8];
-        alignas(16) float onSecond[8];
-        _mm_store_ps(onFirst, _mm_shuffle_ps(feet.t, ends, 0b01'00'01'00));
-        _mm_store_ps(onFirst + CROSSING, _mm_move_ss(none, crossing));
-        _mm_store_ps(onSecond, _mm_shuffle_ps(ends, feet.t, 0b11'10'01'00));
-        _mm_store_ps(onSecond + CROSSING, _mm_move_ss(none, _mm_shuffle_ps(crossing, crossing, 1)));
-        const float distances[] = {static_cast<float>(magnitude(height)), SL_BIG};
-        nearest = {{onFirst[place], onSecond[place]}, distances[place == NOWHERE ? 1 : 0]};
-        return true;
-    }
-
-private:
-    // Where the segments are nearest to each other: at one of the four feet, or here.
-    static constexpr unsigned char CROSSING = 4;
-    static constexpr unsigned char NOWHERE = 5;
-    static constexpr unsigned char UNDECIDED = 6;
-
-    // Places by eight bits: the lower four name the feet that may be the nearest. The next three
-    // tell whether the crossing lies on the first segment with its greater slack, on the second,
-    // and on the first with the slack within which the height counts.
-    static constexpr std::array<unsigned char, 256> PLACES = [] {
-        constexpr unsigned char byFeet[16] = {
-            NOWHERE, 0,         1,         UNDECIDED, 2,         UNDECIDED, UNDECIDED, UNDECIDED,
-            3,       UNDECIDED, UNDECIDED, UNDECIDED, UNDECIDED, UNDECIDED, UNDECIDED, UNDECIDED};
-        std::array<unsigned char, 256> places{};
-        for (unsigned int i = 0; i < 256; ++i) {
-            const bool crosses = (i & 0x30) == 0x30;
-            const unsigned char atCrossing = (i & 0x40) != 0 ? CROSSING : UNDECIDED;
-            places[i] = crosses ? atCrossing : byFeet[i & 15];
-        }
-        return places;
-    }();
-
-    // The feet of c and d on the first segment, and of a and b on the second.
-    struct Feet {
-        __m128 t;
-        __m128 squares; // of the distances
-
-        Feet(const TwoVec3 &arms1, const TwoVec3 &line1, double square1, const TwoVec3 &arms2,
-             const TwoVec3 &line2) {
-            const Two t1 = dot(arms1, line1) / twice(square1);
-            const Two t2 = dot(arms2, line2) / twice(squaredLength(first(line2)));
-            const TwoVec3 residual1 = arms1 - t1 * line1;
-            const TwoVec3 residual2 = arms2 - t2 * line2;
-            t = toFloats(t1, t2);
-            squares = toFloats(dot(residual1, residual1), dot(residual2, residual2));
-        }
-
-        // A bit for each foot on its segment whose distance, rounded to float and snapped, may be
-        // the least.
-        int nearest() const {
-            constexpr float roundings = 1e-6F;
-            constexpr auto snapped = static_cast<float>(3.0 * SL_TINY);
-            const __m128 inside = _mm_and_ps(_mm_cmplt_ps(_mm_set1_ps(-SL_ZERO), t),
-                                             _mm_cmplt_ps(t, _mm_set1_ps(SL_PAST_ONE)));
-            const __m128 beside = _mm_set1_ps(std::numeric_limits<float>::infinity());
-            const __m128 counted =
-                _mm_or_ps(_mm_and_ps(inside, squares), _mm_andnot_ps(inside, beside));
-            __m128 least = _mm_min_ps(counted, _mm_shuffle_ps(counted, counted, 0b01'00'11'10));
-            least = _mm_min_ps(least, _mm_shuffle_ps(least, least, 0b10'11'00'01));
-            const __m128 bound =
-                _mm_max_ps(least * _mm_set1_ps(1.0F + roundings), _mm_set1_ps(snapped));
-            return _mm_movemask_ps(_mm_and_ps(_mm_cmple_ps(counted, bound), inside));
-        }
-    };
-
-    // The normal with length 1, twice.
-    TwoVec3 normalised() const {
-        const Two length = _mm_sqrt_pd(twice(normalSquare));
-        const Two xy = _mm_setr_pd(normal.x, normal.y) / length;
-        const Two z = _mm_set_sd(normal.z) / length;
-        return {_mm_unpacklo_pd(xy, xy), _mm_unpackhi_pd(xy, xy), _mm_unpacklo_pd(z, z)};
-    }
-
-    // areParallel and crossAt of the first line and the moved second one: the parameters come in
-    // the lower two places. False if they are parallel or span too little.
-    bool crossLines(const TwoVec3 &movedLine, const TwoVec3 &movedArms, __m128 &crossing) const {
-        const Vec3 v = first(movedLine);
-        const Vec3 determinant = cross(v, first(line));
-        const TwoVec3 fractions = cross(firsts(movedLine, line), firsts(movedArms, movedArms));
-        const double determinants[] = {determinant.z, determinant.y, determinant.x};
-        alignas(16) double numerators[6];
-        _mm_store_pd(numerators, fractions.z);
-        _mm_store_pd(numerators + 2, fractions.y);
-        _mm_store_pd(numerators + 4, fractions.x);
-        const int best = bestAxes(determinant);
-        crossing = _mm_cvtpd_ps(_mm_load_pd(numerators + std::ptrdiff_t{2} * best) /
-                                twice(determinants[best]));
-        return !(squaredLength(determinant) < lineSquare * squaredLength(v) * SL_ZERO_SQR_D) &&
-               std::fabs(determinants[best]) > SL_ZERO;
-    }
-
-    // The bits of PLACES that tell of the crossing.
-    static int insideBits(__m128 crossing) {
-        const __m128 t = _mm_movelh_ps(crossing, crossing);
-        const __m128 ends = _mm_setr_ps(SL_PAST_ONE2, SL_PAST_ONE, SL_PAST_ONE, SL_PAST_ONE);
-        const __m128 inside =
-            _mm_and_ps(_mm_cmplt_ps(_mm_set1_ps(-SL_ZERO), t), _mm_cmplt_ps(t, ends));
-        return _mm_movemask_ps(inside) << 4;
-    }
-
-    TwoVec3 ab;
-    TwoVec3 cd;
-    TwoVec3 start; // a, twice
-    TwoVec3 line;  // from a to b, twice
-    TwoVec3 arms;  // from a to c and to d
-    Vec3 normal;   // of both lines, not normalised
-    double lineSquare;
-    double normalSquare;
-};
-
-#endif
-
 void store(const Nearest &nearest, float *t1, float *t2, float *dist) {
     *t1 = nearest.t[0];
     *t2 = nearest.t[1];
@@ -492,17 +314,9 @@ void slGetDifPlaneLineDist(const float *a, const float *b, const float *c, const
 
 int slGetLinesCoPerpenticular(const float *a, const float *b, const float *c, const float *d,
                               float *t1, float *t2, float *dist) {
-#if defined(__SSE2__)
-    const SkewSegments segments(a, b, c, d);
-    if (segments.areClearlySkew()) {
-        Nearest nearest;
-        if (!segments.measure(nearest)) {
-            nearest = nearestInSpace(load3(a), load3(b), load3(c), load3(d));
-        }
-        store(nearest, t1, t2, dist);
+    if (measureSkewSegments(a, b, c, d, t1, t2, dist)) {
         return SL_LINES_SKEW;
     }
-#endif
     float unused[3];
     const int judgement = slJudgeLineCoPlane(a, b, c, d, unused);
     const auto measure = judgement == SL_LINES_COPLANAR ? nearestInPlane : nearestInSpace;

@@ -52,12 +52,6 @@ inline TwoVec3 load3(const float *a, const float *b) {
     return {_mm_cvtps_pd(xy), _mm_cvtps_pd(_mm_movehl_ps(xy, xy)), _mm_cvtps_pd(z)};
 }
 
-// Vectors that are known to lie in the range of float.
-inline TwoVec3 roundedToFloat(const TwoVec3 &v) {
-    const auto rounded = [](Two value) { return _mm_cvtps_pd(_mm_cvtpd_ps(value)); };
-    return {rounded(v.x), rounded(v.y), rounded(v.z)};
-}
-
 // Four numbers in the range of float: two pairs, rounded.
 inline __m128 toFloats(Two a, Two b) {
     return _mm_movelh_ps(_mm_cvtpd_ps(a), _mm_cvtpd_ps(b));
