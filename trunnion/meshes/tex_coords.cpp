@@ -22,7 +22,6 @@
 #include "trunnion/geometry/matrices.h"
 #include "trunnion/geometry/planes.h"
 #include "trunnion/geometry/scalars.h"
-#include "trunnion/meshes/detail/hash_key.h"
 #include "trunnion/meshes/node_arr.h"
 #include "trunnion/meshes/triangle_arr.h"
 
@@ -38,6 +37,7 @@ using trunnion::detail::Vec3;
 namespace {
 
 constexpr int corners = TriangleCL::cornerCount;
+constexpr int nextPosition[corners] = {1, 2, 0};
 
 // More slots than this have entries that an int cannot number.
 constexpr int mostSlots = INT_MAX / corners;
@@ -45,12 +45,6 @@ constexpr int mostSlots = INT_MAX / corners;
 // A corner of a triangle in a list, as the number of its entry in the result.
 constexpr int entryOf(int slot, int position) {
     return slot * corners + position;
-}
-constexpr int slotOf(int entry) {
-    return entry / corners;
-}
-constexpr int positionOf(int entry) {
-    return entry % corners;
 }
 
 void setEntry(Point2DArr &coordinates, int entry, const Vec2 &value) {
@@ -105,9 +99,16 @@ int placeWithoutFrame(const TriangleArr &triangles, const NodeArr &nodes, Point2
     return 0;
 }
 
+// A corner of a triangle in a list.
+struct CornerPlace {
+    int slot;
+    int position;
+};
+
 // The corner at the node nearest to the frame's origin, in the triangle that has an edge most
-// nearly along the x axis there; -1 if there is none.
-int findStartEntry(const TriangleArr &triangles, const XYCoordSysD &frame, const NodeArr &nodes) {
+// nearly along the x axis there; a slot of -1 if there is none.
+CornerPlace findStart(const TriangleArr &triangles, const XYCoordSysD &frame,
+                      const NodeArr &nodes) {
     int node = SL_DELETED_INT;
     nodes.GetMinPntIdxM(frame.origin, frame.yAxis, frame.xAxis, &node);
     Int2DArr found;
@@ -115,7 +116,7 @@ int findStartEntry(const TriangleArr &triangles, const XYCoordSysD &frame, const
     int chosen = -1;
     triangles.FindTriangleByVectM(frame.yAxis, nodes, found, &chosen);
     const int *entry = found.GetItemPM(chosen);
-    return entry != nullptr ? entryOf(entry[0], entry[1]) : -1;
+    return entry != nullptr ? CornerPlace{entry[0], entry[1]} : CornerPlace{-1, -1};
 }
 
 // The turn about `node` that brings its normal to `z`.
@@ -132,11 +133,10 @@ void makeTilt(const NodeCL &node, const Vec3 &z, float *m) {
 // the coordinates of the frame.
 int placeInFrame(const TriangleArr &triangles, const XYCoordSysD &frame, const NodeArr &nodes,
                  Point2DArr &coordinates) {
-    const int startEntry = findStartEntry(triangles, frame, nodes);
-    if (startEntry < 0) {
+    const auto [slot, start] = findStart(triangles, frame, nodes);
+    if (slot < 0) {
         return -1;
     }
-    const int slot = slotOf(startEntry);
     const CornerNodes corner(*triangles.GetItemPM(slot), nodes);
     if (!corner.isComplete()) {
         return -1;
@@ -145,18 +145,18 @@ int placeInFrame(const TriangleArr &triangles, const XYCoordSysD &frame, const N
     const Vec3 y = load3(frame.yAxis);
     const auto inFrame = [&](const Vec3 &d) { return Vec2{dot(d, x), dot(d, y)}; };
     float tilt[16];
-    makeTilt(corner[positionOf(startEntry)], unit(cross(x, y)), tilt);
+    makeTilt(corner[start], unit(cross(x, y)), tilt);
 
     Vec3 first{};
     Vec2 firstInFrame{};
     for (int i = 0; i < corners; ++i) {
-        const int position = (positionOf(startEntry) + i) % corners;
+        const int position = (start + i) % corners;
         float tilted[3];
         slMatrix16MultiPoint3(tilt, corner.pointOf(position), tilted);
         if (i == 0) {
             first = load3(tilted);
             firstInFrame = inFrame(first - load3(frame.origin));
-            setEntry(coordinates, startEntry, firstInFrame);
+            setEntry(coordinates, entryOf(slot, start), firstInFrame);
         } else {
             setEntry(coordinates, entryOf(slot, position),
                      inFrame(load3(tilted) - first) + firstInFrame);
@@ -179,7 +179,7 @@ struct Edge {
 // The edge that leaves a corner in the triangle's order.
 Edge edgeAt(const TriangleCL &triangle, int position) {
     const int *nodes = triangle.GetNodeIdxPM();
-    return {nodes[position], nodes[(position + 1) % corners]};
+    return {nodes[position], nodes[nextPosition[position]]};
 }
 
 // The edge to be tried at a step 0, 1, 2: one of the triangle's own turned round, as a neighbour of
@@ -209,59 +209,81 @@ struct TriangleSpan {
     bool isPlaceable(int slot) const { return CornerNodes(items[slot], nodes).isComplete(); }
 };
 
-// The edges of the unreached triangles, found by their nodes. An edge is known by the entry of the
-// corner that it leaves.
+// An edge of a triangle in a list, known by the corner that it leaves. None, if value-initialised.
+class EdgePlace {
+public:
+    EdgePlace() = default;
+    EdgePlace(int slot, int position)
+        : number(static_cast<unsigned int>(slot) * 4 + static_cast<unsigned int>(position) + 1) {}
+    bool exists() const { return number != 0; }
+    int slot() const { return static_cast<int>(number / 4); }
+    int position() const { return static_cast<int>(number % 4) - 1; }
+    // Below four times the number of slots.
+    std::size_t index() const { return number; }
+
+private:
+    unsigned int number;
+};
+
+// The edges of the unreached triangles, found by their nodes.
 class EdgeMap {
 public:
     // Throws std::bad_alloc.
     explicit EdgeMap(const TriangleSpan &list)
-        : triangles(list), heads(std::bit_ceil(edgeCount(list)), -1), next(edgeCount(list), -1) {
+        : triangles(list),
+          shift(64 - std::bit_width(static_cast<std::size_t>(list.bound) * corners)),
+          heads(std::size_t{1} << (64 - shift)),
+          next(std::make_unique_for_overwrite<EdgePlace[]>(static_cast<std::size_t>(list.bound) *
+                                                           4)) {
         // From the last edge to the first, so that every chain ascends.
         for (int slot = list.bound - 1; slot >= 0; --slot) {
             if (!isUnreached(list[slot]) || !list.isPlaceable(slot)) {
                 continue;
             }
             for (int position = corners - 1; position >= 0; --position) {
-                int &head = headOf(edgeAt(list[slot], position));
-                next[entryOf(slot, position)] = head;
-                head = entryOf(slot, position);
+                EdgePlace &head = headOf(edgeAt(list[slot], position));
+                const EdgePlace place(slot, position);
+                next[place.index()] = head;
+                head = place;
             }
         }
     }
 
-    // Lowest unreached slot other than `current` with the edge, as the entry of the edge, or -1.
-    // What is reached, or is about to be as `current` is, never becomes unreached again and leaves
-    // its chain.
-    int find(const Edge &edge, int current) {
-        int *link = &headOf(edge);
-        while (*link >= 0) {
-            const int slot = slotOf(*link);
-            if (slot == current || !isUnreached(triangles[slot])) {
-                *link = next[*link];
-            } else if (edgeAt(triangles[slot], positionOf(*link)) == edge) {
-                return *link;
+    // The edge in the lowest unreached slot other than `current` that has it, if there is one. What
+    // is reached, or is about to be as `current` is, never becomes unreached again and leaves its
+    // chain.
+    EdgePlace find(const Edge &edge, int current) {
+        EdgePlace *link = &headOf(edge);
+        EdgePlace place = *link;
+        while (place.exists()) {
+            const TriangleCL &triangle = triangles[place.slot()];
+            if (place.slot() == current || !isUnreached(triangle)) {
+                place = *link = next[place.index()];
+            } else if (edgeAt(triangle, place.position()) == edge) {
+                break;
             } else {
-                link = &next[*link];
+                link = &next[place.index()];
+                place = *link;
             }
         }
-        return -1;
+        return place;
     }
 
 private:
-    static std::size_t edgeCount(const TriangleSpan &list) {
-        return static_cast<std::size_t>(list.bound) * corners;
-    }
-    // Edges between neighbouring numbers differ little from node to node: shifting by the node
-    // keeps the chains of neighbours side by side in memory.
-    int &headOf(const Edge &edge) {
-        const auto from = static_cast<std::uint64_t>(edge.from);
-        const auto to = static_cast<std::uint64_t>(edge.to);
-        return heads[(trunnion::detail::scramble(to - from) + from) & (heads.size() - 1)];
+    // The difference of the nodes is scrambled (multiplicative hashing, Knuth) and the first node
+    // added: edges between neighbouring numbers differ little from node to node, and so the chains
+    // of neighbours stand side by side in memory.
+    EdgePlace &headOf(const Edge &edge) {
+        constexpr std::uint64_t golden = 0x9E3779B97F4A7C15U; // 2^64 divided by the golden ratio
+        const auto from = static_cast<unsigned int>(edge.from);
+        const auto to = static_cast<unsigned int>(edge.to);
+        return heads[(((to - from) * golden >> shift) + from) & (heads.size() - 1)];
     }
 
     TriangleSpan triangles;
-    std::vector<int> heads; // entries, or -1; their number is a power of two
-    std::vector<int> next;  // by entry
+    int shift;                         // of a hash to the number of a chain
+    std::vector<EdgePlace> heads;      // their number is a power of two
+    std::unique_ptr<EdgePlace[]> next; // by index()
 };
 
 // The marked slots as a heap. A slot is entered once, when it is marked, and leaves when it is
@@ -330,33 +352,30 @@ public:
                 return false;
             }
             const Step step = tryEdges(current);
-            found = step.entry >= 0;
+            found = step.place.exists();
             if (found) {
                 setTextureCoord(current, step);
-                current = slotOf(step.entry);
+                current = step.place.slot();
             }
         }
         return true;
     }
 
 private:
-    // A way out of a triangle: the shared edge, and the entry that it has in the neighbour, or -1.
+    // A way out of a triangle: the shared edge, and where the neighbour has it, if there is one.
     struct Step {
         Edge edge;
-        int entry;
+        EdgePlace place;
     };
 
     Step tryEdges(int current) {
+        noteReached(current);
         TriangleCL &triangle = triangles[current];
         Step step{};
-        for (int i = 0; i < corners; ++i) {
+        for (int i = 0; i < corners && !step.place.exists(); ++i) {
             step.edge = triedEdge(triangle, i);
-            step.entry = getNextRelTriangle(current, step.edge);
-            noteReached(current);
+            step.place = getNextRelTriangle(current, step.edge);
             triangle.SetDeleteTagM(triedTags[i]);
-            if (step.entry >= 0) {
-                break;
-            }
         }
         return step;
     }
@@ -378,9 +397,9 @@ private:
         return first != end ? static_cast<int>(first - triangles.items) : SL_DELETED_INT;
     }
 
-    // The entry of `edge` in the lowest unreached slot other than `current` that has it in its own
-    // order, or -1. A neighbour of the opposite winding is none.
-    int getNextRelTriangle(int current, const Edge &edge) {
+    // Where the lowest unreached slot other than `current` that has `edge` in its own order has it,
+    // if there is one. A neighbour of the opposite winding is none.
+    EdgePlace getNextRelTriangle(int current, const Edge &edge) {
         if (index) {
             return index->edges.find(edge, current);
         }
@@ -390,18 +409,18 @@ private:
             }
             for (int position = 0; position < corners; ++position) {
                 if (edgeAt(triangles[slot], position) == edge && triangles.isPlaceable(slot)) {
-                    return entryOf(slot, position);
+                    return {slot, position};
                 }
             }
         }
-        return -1;
+        return {};
     }
 
     // Copies the corners of the shared edge to the neighbour and places its third corner.
     void setTextureCoord(int current, const Step &step) {
-        const int slot = slotOf(step.entry);
-        const int a = positionOf(step.entry);
-        const int b = (a + 1) % corners;
+        const int slot = step.place.slot();
+        const int a = step.place.position();
+        const int b = nextPosition[a];
         copyCorner(current, step.edge.from, entryOf(slot, a));
         copyCorner(current, step.edge.to, entryOf(slot, b));
         triangles[slot].SetTexCoordM(slot, a, b, nullptr, nullptr, nullptr, triangles.nodes,
@@ -440,14 +459,14 @@ int TriangleArr::GetTexCoordM(const XYCoordSysD &frame, Point2DArr *coordinates,
 void TriangleCL::SetTexCoordM(int slot, int a, int b, const float *const /*unused*/,
                               const float *const /*unused*/, const float *const /*unused*/,
                               const NodeArr &nodes, Point2DArr *coordinates) {
-    if (slot < 0 || slot >= mostSlots || a < 0 || a >= corners || b != (a + 1) % corners) {
+    if (slot < 0 || slot >= mostSlots || a < 0 || a >= corners || b != nextPosition[a]) {
         return;
     }
     const CornerNodes corner(*this, nodes);
     if (!corner.isComplete()) {
         return;
     }
-    const int c = (b + 1) % corners;
+    const int c = nextPosition[b];
     float toA[3];
     float toC[3];
     slVect(corner.pointOf(a), corner.pointOf(b), corner.pointOf(c), toA, toC);
