@@ -24,17 +24,6 @@ double reduceByPi(double x) {
     return rest == 0.0 ? std::copysign(SL_PI_D, x) : rest;
 }
 
-// Snaps a sine or cosine to 0, 1 and -1.
-float snapToUnits(float w) {
-    if (belowTolerance(w, SL_ZERO)) {
-        return 0.0F;
-    }
-    if (belowTolerance(magnitude(w) - 1.0, SL_ZERO)) {
-        return static_cast<float>(slSign(w));
-    }
-    return w;
-}
-
 // Conversion toward 0 that is defined for every value.
 int truncateToInt(double x) {
     constexpr double least = std::numeric_limits<int>::min();
@@ -68,10 +57,7 @@ double slTan(double x) {
 }
 
 double slAcos(double x) {
-    if (x > SL_NEAR_ONE_D) {
-        return 0.0;
-    }
-    return x < -SL_NEAR_ONE_D ? SL_PI_D : std::acos(x);
+    return arcCosine(x);
 }
 
 double slAsin(double x) {

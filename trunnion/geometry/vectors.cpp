@@ -18,12 +18,6 @@ bool cosineBetween(const Vec3 &a, const Vec3 &b, double &cosine) {
     return true;
 }
 
-// Signed angle between two normalised vectors.
-double signedAngle(const Vec3 &a, const Vec3 &b, const Vec3 &ref) {
-    const double angle = slAcos(dot(a, b));
-    return dot(cross(a, b), ref) < 0.0 ? -angle : angle;
-}
-
 } // namespace
 
 float slLength(const float *v) {

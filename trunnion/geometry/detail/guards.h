@@ -1,4 +1,4 @@
-// The kernel's snapping and its guards, inline for the inner loops: what slFabs, slSqrt and
+// The kernel's snapping and its guards, inline for the inner loops: what slFabs, slSqrt, slAcos and
 // slNormalize compute, on values that are already doubles.
 #pragma once
 
@@ -20,6 +20,14 @@ inline double magnitude(double x) {
 // slSqrt.
 inline double root(double x) {
     return x < SL_TINY ? 0.0 : std::sqrt(x);
+}
+
+// slAcos.
+inline double arcCosine(double x) {
+    if (x > SL_NEAR_ONE_D) {
+        return 0.0;
+    }
+    return x < -SL_NEAR_ONE_D ? SL_PI_D : std::acos(x);
 }
 
 // slFabs(value) < tolerance.
@@ -68,6 +76,23 @@ inline int normalize(Vec3 &v) {
 inline Vec3 unit(Vec3 v) {
     normalize(v);
     return v;
+}
+
+// slCalAngleTwoVects of normalised vectors.
+inline double signedAngle(const Vec3 &a, const Vec3 &b, const Vec3 &ref) {
+    const double angle = arcCosine(dot(a, b));
+    return dot(cross(a, b), ref) < 0.0 ? -angle : angle;
+}
+
+// Snaps a sine or cosine to 0, 1 and -1.
+inline float snapToUnits(float w) {
+    if (belowTolerance(w, SL_ZERO)) {
+        return 0.0F;
+    }
+    if (belowTolerance(magnitude(w) - 1.0, SL_ZERO)) {
+        return std::copysign(1.0F, w);
+    }
+    return w;
 }
 
 } // namespace trunnion::detail
