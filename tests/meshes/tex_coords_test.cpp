@@ -1,9 +1,11 @@
-// Texture coordinates: what an unfolded mesh looks like, and the order of the walk against the
-// plain scans that define it.
+// Texture coordinates: what an unfolded mesh looks like; the order of the walk, and every bit that
+// it writes, against the plain scans and steps that define them.
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <climits>
 #include <cmath>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -152,8 +154,39 @@ TEST(TexCoords, UnfoldingOneTriangle) {
     expectNear(mesh.entry(1, 2), {1, 5});
 }
 
-// The walk as it is told: every search a scan over all slots. The unfolding of one triangle is the
-// library's own.
+// The unfolding of one triangle as it is told, over the edge at position a.
+void unfoldAsTold(const Mesh &mesh, int slot, int a, Point2DArr &coordinates) {
+    const TriangleCL &triangle = *mesh.triangles.GetItemPM(slot);
+    const int order[] = {a, (a + 1) % 3, (a + 2) % 3};
+    const float *point[3];
+    for (int i = 0; i < 3; ++i) {
+        point[i] = mesh.nodes.GetItemPM(triangle.GetNodeIdxPM()[order[i]])->GetPntPM();
+    }
+    float u[3];
+    float w[3];
+    slVect(point[0], point[1], point[2], u, w);
+    const float angle = slCalAngleTwoVects(u, w, triangle.GetNormPM());
+    Entry placed[2];
+    for (int i = 0; i < 2; ++i) {
+        coordinates.GetItemM(placed[i].data(), 3 * slot + order[i]);
+    }
+    const double distance = slDistance2(placed[1].data(), placed[0].data());
+    double e[] = {1, 0};
+    for (std::size_t k = 0; k < 2 && distance > 0; ++k) {
+        e[k] = (static_cast<double>(placed[0][k]) - placed[1][k]) / distance;
+    }
+    const double f[] = {-e[1], e[0]};
+    Entry third;
+    for (std::size_t k = 0; k < 2; ++k) {
+        constexpr double greatest = std::numeric_limits<float>::max();
+        const double direction = slCos(angle) * e[k] + slSin(angle) * f[k];
+        third[k] = static_cast<float>(
+            std::clamp(placed[1][k] + slNorm2(w) * direction, -greatest, greatest));
+    }
+    coordinates.SetItemM(third.data(), 3 * slot + order[2]);
+}
+
+// The walk as it is told: every search a scan over all slots.
 struct ScanningWalk {
     Mesh mesh;
     int live = mesh.triangles.GetAvailableNumM();
@@ -186,8 +219,7 @@ struct ScanningWalk {
                     const Entry shared = mesh.entry(t, triangles[t].GetIdxM(edge[end]));
                     mesh.coordinates.SetItemM(shared.data(), 3 * next + (position + end) % 3);
                 }
-                triangles[next].SetTexCoordM(next, position, (position + 1) % 3, nullptr, nullptr,
-                                             nullptr, mesh.nodes, &mesh.coordinates);
+                unfoldAsTold(mesh, next, position, mesh.coordinates);
                 t = next;
             }
             if (live < 1) {
@@ -250,6 +282,52 @@ int startSlot(const Mesh &mesh, const XYCoordSysD &frame) {
     return chosen >= 0 ? found.GetItemPM(chosen)[0] : -1;
 }
 
+// Common and extreme ones, so that edges become parallel, square, tiny, huge or nothing.
+float nastyNumber(test::Random &random, float scale) {
+    using Limits = std::numeric_limits<float>;
+    constexpr float rare[] = {Limits::max(), -Limits::max(), Limits::infinity(),
+                              -Limits::infinity(), Limits::quiet_NaN()};
+    if (random.oneIn(100)) {
+        return rare[random.integer(0, 4)];
+    }
+    return random.oneIn(2) ? random.real(-scale, scale)
+                           : scale * static_cast<float>(random.integer(-1, 1));
+}
+
+TEST(TexCoords, ATriangleUnfoldsToTheLastBit) {
+    constexpr float scales[] = {1e-30F, 1e-4F, 2e-4F, 1, 1, 1000, 1e15F, 3e15F, 1e20F, 3e38F};
+    test::Random random(59);
+    Mesh mesh(std::vector<Point>(3), {{0, 1, 2}});
+    TriangleCL *triangle = mesh.triangles.getCurrentItemPrtM();
+    for (int round = 0; round < 50000; ++round) {
+        const auto scale = [&] { return scales[random.integer(0, 9)]; };
+        const float numbers[] = {scale(), scale(), random.oneIn(2) ? 0 : scale()};
+        for (int i = 0; i < 3; ++i) {
+            Point point;
+            Entry placed;
+            std::ranges::generate(point, [&] { return nastyNumber(random, numbers[0]); });
+            std::ranges::generate(placed, [&] { return nastyNumber(random, numbers[1]); });
+            point[0] += numbers[2];
+            mesh.nodes.getCurrentItemPrtM()[i].setPoint(point.data());
+            mesh.coordinates.SetItemM(placed.data(), i);
+        }
+        float normal[] = {nastyNumber(random, 1), nastyNumber(random, 1), nastyNumber(random, 1)};
+        triangle->SetNormM(normal);
+        const int a = random.integer(0, 2);
+        Point2DArr expected = mesh.coordinates;
+        unfoldAsTold(mesh, 0, a, expected);
+        triangle->SetTexCoordM(0, a, (a + 1) % 3, nullptr, nullptr, nullptr, mesh.nodes,
+                               &mesh.coordinates);
+        for (int i = 0; i < 6; ++i) {
+            const float value = mesh.coordinates.GetItemPM(0)[i];
+            const float told = expected.GetItemPM(0)[i];
+            ASSERT_TRUE((std::isnan(value) && std::isnan(told)) ||
+                        std::bit_cast<int>(value) == std::bit_cast<int>(told))
+                << round << ": " << value << " for " << told;
+        }
+    }
+}
+
 TEST(TexCoords, TheWalkGoesWhereTheScansGo) {
     test::Random random(57);
     int results[2] = {};
@@ -279,7 +357,8 @@ TEST(TexCoords, ALargeWavySheetKeepsItsLengths) {
     Mesh mesh({});
     for (int i = 0; i < side * side; ++i) {
         NodeCL node(31);
-        Point point{static_cast<float>(i % side), static_cast<float>(i / side), random.real(0, 1)};
+        const int row = i / side;
+        Point point{static_cast<float>(i % side), static_cast<float>(row), random.real(0, 1)};
         node.SetPntM(point.data());
         mesh.nodes.AddItemM(node);
         if (i % side > 0 && i >= side) {

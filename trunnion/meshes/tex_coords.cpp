@@ -22,17 +22,11 @@
 #include "trunnion/geometry/matrices.h"
 #include "trunnion/geometry/planes.h"
 #include "trunnion/geometry/scalars.h"
+#include "trunnion/meshes/detail/unfolding.h"
 #include "trunnion/meshes/node_arr.h"
 #include "trunnion/meshes/triangle_arr.h"
 
-using trunnion::detail::cross;
-using trunnion::detail::dot;
-using trunnion::detail::load2;
-using trunnion::detail::load3;
-using trunnion::detail::store;
-using trunnion::detail::unit;
-using trunnion::detail::Vec2;
-using trunnion::detail::Vec3;
+using namespace trunnion::detail;
 
 namespace {
 
@@ -53,23 +47,38 @@ void setEntry(Point2DArr &coordinates, int entry, const Vec2 &value) {
     coordinates.SetItemM(rounded, entry);
 }
 
-// The nodes of a triangle by position; empty if the node list does not hold all of them.
-class CornerNodes {
-public:
-    CornerNodes(const TriangleCL &triangle, const NodeArr &list) {
-        for (int i = 0; i < corners; ++i) {
-            nodes[i] = list.GetItemPM(triangle.GetNodeIdxPM()[i]);
-            complete = complete && nodes[i] != nullptr;
-        }
-    }
-    bool isComplete() const { return complete; }
-    const NodeCL &operator[](int position) const { return *nodes[position]; }
-    const float *pointOf(int position) const { return nodes[position]->GetPntPM(); }
+// The nodes of a list.
+struct NodeSpan {
+    const NodeCL *items;
+    int bound;
 
-private:
-    const NodeCL *nodes[corners];
-    bool complete = true;
+    explicit NodeSpan(const NodeArr &list)
+        : items(list.getCurrentItemPrtConstM()), bound(list.GetBoundM()) {}
+
+    // Whether the list has all nodes that a triangle names. Only then may they be asked for.
+    bool holds(const TriangleCL &triangle) const {
+        const int *named = triangle.GetNodeIdxPM();
+        return std::all_of(named, named + corners,
+                           [this](int node) { return node >= 0 && node < bound; });
+    }
+    const NodeCL &at(const TriangleCL &triangle, int position) const {
+        return items[triangle.GetNodeIdxPM()[position]];
+    }
+    const float *pointAt(const TriangleCL &triangle, int position) const {
+        return at(triangle, position).GetPntPM();
+    }
 };
+
+// Places the third corner of a triangle beside the one at position a and the next. Flat, since the
+// calls would cost a tenth of the whole walk.
+[[gnu::flatten]] void unfold(const TriangleCL &triangle, const NodeSpan &nodes, int a,
+                             float (*placed)[2]) {
+    const int b = nextPosition[a];
+    const int c = nextPosition[b];
+    place(shapeOf(nodes.pointAt(triangle, a), nodes.pointAt(triangle, b),
+                  nodes.pointAt(triangle, c), triangle.GetNormPM()),
+          placed[a], placed[b], placed[c]);
+}
 
 // Start of the walk: each function places one triangle and returns its slot, or -1 with nothing
 // placed.
@@ -79,13 +88,10 @@ bool hasFrame(const XYCoordSysD &frame) {
 }
 
 // Slot 0 in its own plane, with its first corner at (0, 0).
-int placeWithoutFrame(const TriangleArr &triangles, const NodeArr &nodes, Point2DArr &coordinates) {
+int placeWithoutFrame(const TriangleArr &triangles, const NodeSpan &nodes,
+                      Point2DArr &coordinates) {
     const TriangleCL *start = triangles.GetItemPM(0);
-    if (start == nullptr || start->IsAvailableM() != TAG_AVAILABLE) {
-        return -1;
-    }
-    const CornerNodes corner(*start, nodes);
-    if (!corner.isComplete()) {
+    if (start == nullptr || start->IsAvailableM() != TAG_AVAILABLE || !nodes.holds(*start)) {
         return -1;
     }
     float u[3];
@@ -93,7 +99,7 @@ int placeWithoutFrame(const TriangleArr &triangles, const NodeArr &nodes, Point2
     slOthPlane(start->GetNormPM(), u, w);
     setEntry(coordinates, 0, {0.0, 0.0});
     for (int i = 1; i < corners; ++i) {
-        const Vec3 d = load3(corner.pointOf(i)) - load3(corner.pointOf(0));
+        const Vec3 d = load3(nodes.pointAt(*start, i)) - load3(nodes.pointAt(*start, 0));
         setEntry(coordinates, i, {dot(d, load3(u)), dot(d, load3(w))});
     }
     return 0;
@@ -131,28 +137,29 @@ void makeTilt(const NodeCL &node, const Vec3 &z, float *m) {
 
 // The start triangle, tilted about its start node until the node's normal is that of the frame, in
 // the coordinates of the frame.
-int placeInFrame(const TriangleArr &triangles, const XYCoordSysD &frame, const NodeArr &nodes,
+int placeInFrame(const TriangleArr &triangles, const XYCoordSysD &frame, const NodeArr &list,
                  Point2DArr &coordinates) {
-    const auto [slot, start] = findStart(triangles, frame, nodes);
+    const auto [slot, start] = findStart(triangles, frame, list);
     if (slot < 0) {
         return -1;
     }
-    const CornerNodes corner(*triangles.GetItemPM(slot), nodes);
-    if (!corner.isComplete()) {
+    const NodeSpan nodes(list);
+    const TriangleCL &triangle = *triangles.GetItemPM(slot);
+    if (!nodes.holds(triangle)) {
         return -1;
     }
     const Vec3 x = load3(frame.xAxis);
     const Vec3 y = load3(frame.yAxis);
     const auto inFrame = [&](const Vec3 &d) { return Vec2{dot(d, x), dot(d, y)}; };
     float tilt[16];
-    makeTilt(corner[start], unit(cross(x, y)), tilt);
+    makeTilt(nodes.at(triangle, start), unit(cross(x, y)), tilt);
 
     Vec3 first{};
     Vec2 firstInFrame{};
     for (int i = 0; i < corners; ++i) {
         const int position = (start + i) % corners;
         float tilted[3];
-        slMatrix16MultiPoint3(tilt, corner.pointOf(position), tilted);
+        slMatrix16MultiPoint3(tilt, nodes.pointAt(triangle, position), tilted);
         if (i == 0) {
             first = load3(tilted);
             firstInFrame = inFrame(first - load3(frame.origin));
@@ -202,11 +209,11 @@ bool isMarked(const TriangleCL &triangle) {
 struct TriangleSpan {
     TriangleCL *items;
     int bound;
-    const NodeArr &nodes;
+    NodeSpan nodes;
 
     TriangleCL &operator[](int slot) const { return items[slot]; }
     // One that names a node outside the node list cannot be placed.
-    bool isPlaceable(int slot) const { return CornerNodes(items[slot], nodes).isComplete(); }
+    bool isPlaceable(int slot) const { return nodes.holds(items[slot]); }
 };
 
 // An edge of a triangle in a list, known by the corner that it leaves. None, if value-initialised.
@@ -420,17 +427,17 @@ private:
     void setTextureCoord(int current, const Step &step) {
         const int slot = step.place.slot();
         const int a = step.place.position();
-        const int b = nextPosition[a];
-        copyCorner(current, step.edge.from, entryOf(slot, a));
-        copyCorner(current, step.edge.to, entryOf(slot, b));
-        triangles[slot].SetTexCoordM(slot, a, b, nullptr, nullptr, nullptr, triangles.nodes,
-                                     &coordinates);
+        float placed[corners][2];
+        getCorner(current, step.edge.from, placed[a]);
+        getCorner(current, step.edge.to, placed[nextPosition[a]]);
+        unfold(triangles[slot], triangles.nodes, a, placed);
+        for (int i = 0; i < corners; ++i) {
+            coordinates.SetItemM(placed[i], entryOf(slot, i));
+        }
     }
 
-    void copyCorner(int from, int node, int toEntry) {
-        float value[2];
-        coordinates.GetItemM(value, entryOf(from, triangles[from].positionOf(node)));
-        coordinates.SetItemM(value, toEntry);
+    void getCorner(int slot, int node, float *point) const {
+        coordinates.GetItemM(point, entryOf(slot, triangles[slot].positionOf(node)));
     }
 
     TriangleSpan triangles;
@@ -448,11 +455,11 @@ int TriangleArr::GetTexCoordM(const XYCoordSysD &frame, Point2DArr *coordinates,
     }
     coordinates->AddSizeM(entryOf(bound, 0));
     const int start = hasFrame(frame) ? placeInFrame(*this, frame, nodes, *coordinates)
-                                      : placeWithoutFrame(*this, nodes, *coordinates);
+                                      : placeWithoutFrame(*this, NodeSpan(nodes), *coordinates);
     if (start < 0) {
         return 0;
     }
-    Walk walk({changedItems(), bound, nodes}, &available, coordinates);
+    Walk walk({changedItems(), bound, NodeSpan(nodes)}, &available, coordinates);
     return walk.run(start) ? 1 : 0;
 }
 
@@ -462,23 +469,14 @@ void TriangleCL::SetTexCoordM(int slot, int a, int b, const float *const /*unuse
     if (slot < 0 || slot >= mostSlots || a < 0 || a >= corners || b != nextPosition[a]) {
         return;
     }
-    const CornerNodes corner(*this, nodes);
-    if (!corner.isComplete()) {
+    const NodeSpan list(nodes);
+    if (!list.holds(*this)) {
         return;
     }
+    float placed[corners][2];
+    coordinates->GetItemM(placed[a], entryOf(slot, a));
+    coordinates->GetItemM(placed[b], entryOf(slot, b));
+    unfold(*this, list, a, placed);
     const int c = nextPosition[b];
-    float toA[3];
-    float toC[3];
-    slVect(corner.pointOf(a), corner.pointOf(b), corner.pointOf(c), toA, toC);
-    const float angle = slCalAngleTwoVects(toA, toC, norm);
-
-    float placedA[2];
-    float placedB[2];
-    coordinates->GetItemM(placedA, entryOf(slot, a));
-    coordinates->GetItemM(placedB, entryOf(slot, b));
-    const double length = slDistance2(placedB, placedA);
-    const Vec2 along = length > 0.0 ? (load2(placedA) - load2(placedB)) / length : Vec2{1.0, 0.0};
-    const Vec2 across{-along.y, along.x};
-    const Vec2 toward = slCos(angle) * along + slSin(angle) * across;
-    setEntry(*coordinates, entryOf(slot, c), load2(placedB) + slNorm2(toC) * toward);
+    coordinates->SetItemM(placed[c], entryOf(slot, c));
 }
