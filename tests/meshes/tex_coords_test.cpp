@@ -68,6 +68,7 @@ struct Mesh {
     }
     std::vector<Entry> entries() const {
         std::vector<Entry> all;
+        all.reserve(static_cast<std::size_t>(coordinates.GetBoundM()));
         for (int i = 0; i < coordinates.GetBoundM(); ++i) {
             all.push_back(entry(i / 3, i % 3));
         }
@@ -75,6 +76,7 @@ struct Mesh {
     }
     std::vector<int> tags() const {
         std::vector<int> all;
+        all.reserve(static_cast<std::size_t>(triangles.GetBoundM()));
         for (int i = 0; i < triangles.GetBoundM(); ++i) {
             all.push_back(triangles.GetItemPM(i)->IsAvailableM());
         }
