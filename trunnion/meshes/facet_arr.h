@@ -8,9 +8,9 @@
 // when that pays again. As long as a host may hold a writable pointer to the items, every search
 // scans. The answers are always those of the scans.
 //
-// The index takes 4 bytes for each corner of a facet and 12 for each node number, a list of a
-// million triangles on half a million nodes 18 MB; after many changes up to four times as much. It
-// is not copied, and where memory is short the list does without.
+// The index takes 12 bytes for each corner of a triangle, 4 for each of a quad, and 12 for each
+// node number, that of a million triangles on half a million nodes 42 MB; after many changes up to
+// four times as much. It is not copied, and where memory is short the list does without.
 #pragma once
 
 #include <memory>
@@ -63,11 +63,8 @@ protected:
 
     // The index, built if that pays, or null. Null as long as a host may write to the items.
     const FacetIndex<Item> *searchIndex() const {
-        if (writerMayLive) {
-            return nullptr;
-        }
-        return index.find(changeCount, bound,
-                          [this] { return std::make_unique<FacetIndex<Item>>(items(), bound); });
+        const FacetIndex<Item> *ready = readyIndex();
+        return ready != nullptr || writerMayLive ? ready : builtIndex();
     }
     // The same, but none is built.
     const FacetIndex<Item> *readyIndex() const {
@@ -121,6 +118,8 @@ protected:
 private:
     static constexpr int largePart = 16;
 
+    // The index, built if that pays, or null. Where there is none and no writer.
+    const FacetIndex<Item> *builtIndex() const;
     void replaceNodeAt(int slot, int oldNode, int newNode);
     // The slots that hold the node, if the index knows them.
     bool slotsAt(int node, std::vector<int> &slots) const;

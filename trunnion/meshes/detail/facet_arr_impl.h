@@ -9,6 +9,12 @@
 namespace trunnion::detail {
 
 template <class Item>
+const FacetIndex<Item> *FacetArr<Item>::builtIndex() const {
+    return index.find(changeCount, bound,
+                      [this] { return std::make_unique<FacetIndex<Item>>(items(), bound); });
+}
+
+template <class Item>
 template <class Change, class Update>
 void FacetArr<Item>::keepIndex(Change change, Update update) {
     const bool isKept = index.keep(changeCount);

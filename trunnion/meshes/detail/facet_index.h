@@ -8,8 +8,9 @@
 // stand in lists of their own, by their nodes, so that who looks for the duplicates of a proper
 // facet need not look for them in three places.
 //
-// The index keeps no copy of the facets: what a slot holds is read in the facet list, which tells
-// of every change.
+// Of a triangle each list of a node knows the two other nodes, since most questions are about edges
+// and to read the facets for them would mean to wait for memory. Everything else is read in the
+// facet list, which tells of every change.
 #pragma once
 
 #include <algorithm>
@@ -67,6 +68,9 @@ public:
 
     // As countEdge.
     int countEdge(int a, int b, int *slot) const {
+        if (lists.isCompact(at(a)) && areEdge(a, b)) {
+            return lists.countBeside(at(a), b, slot);
+        }
         const bool takesFirst = at(a).size() <= at(b).size();
         const List &list = takesFirst ? at(a) : at(b);
         if (isCrowded(list)) {
@@ -77,11 +81,8 @@ public:
             });
             return edge.size();
         }
-        if (corners == 3 && a != b) {
-            // In a triangle every other node than a stands next to it.
-            const int other = takesFirst ? b : a;
-            return countIn(list, slot,
-                           [other](const Item &facet) { return holdsNode(facet, other); });
+        if (areEdge(a, b) && lists.knowsBeside(list)) {
+            return lists.countBeside(list, takesFirst ? b : a, slot);
         }
         return countIn(list, slot, [a, b](const Item &facet) {
             return holdsEdge<corners>(facet.GetNodeIdxPM(), a, b);
@@ -124,12 +125,14 @@ public:
     }
 
 private:
-    using List = AscendingLists::List;
+    // Beside the slots of a node the other nodes of a triangle; of a quad nothing.
+    using Lists = AscendingLists<Item::cornerCount == 3 ? 2 : 0>;
+    using List = typename Lists::List;
     using ListMap = std::unordered_map<std::uint64_t, List>;
 
     static constexpr int corners = Item::cornerCount;
 
-    static bool isCrowded(const List &list) { return list.size() > AscendingLists::longest; }
+    static bool isCrowded(const List &list) { return list.size() > Lists::longest; }
     static std::uint64_t nodeKey(int node) { return static_cast<std::uint32_t>(node); }
     static std::uint64_t edgeKey(int a, int b) { return nodeKey(a) << 32 | nodeKey(b); }
     static std::uint64_t setKey(int a, int b, int c) {
@@ -137,6 +140,18 @@ private:
         std::sort(nodes, nodes + 3);
         return hashKey(nodes[0], nodes[1], nodes[2]);
     }
+    // What stands beside the slot in the list of the node at a place.
+    static typename Lists::Beside besideAt(const int *nodes, int place) {
+        typename Lists::Beside beside;
+        for (std::size_t i = 0; i < beside.size(); ++i) {
+            const int next = place + 1 + static_cast<int>(i);
+            beside[i] = nodes[next < corners ? next : next - corners];
+        }
+        return beside;
+    }
+    // Whether every facet that holds both nodes holds the edge between them: in a triangle every
+    // other node than a stands next to it.
+    static bool areEdge(int a, int b) { return corners == 3 && a != b; }
     static bool areDegenerate(const int *nodes) {
         return nodes[0] == nodes[1] || nodes[1] == nodes[2] || nodes[0] == nodes[2];
     }
@@ -202,13 +217,8 @@ private:
                 ++counts[number];
             }
         }
-        lists.reserve(static_cast<std::size_t>(bound) * corners);
         dense.resize(counts.size());
-        for (std::size_t number = 0; number < counts.size(); ++number) {
-            if (counts[number] > 0) {
-                lists.makeRoom(dense[number], counts[number]);
-            }
-        }
+        lists.makeRooms(dense, counts);
     }
 
     // Enters the slot if nothing about it is out of the ordinary. This is the way of nearly all
@@ -219,13 +229,13 @@ private:
         for (int i = 0; i < corners; ++i) {
             const auto number = static_cast<std::uint32_t>(nodes[i]);
             if (number >= dense.size() || isAmong(nodes, i, nodes[i]) ||
-                dense[number].size() >= AscendingLists::longest) {
+                dense[number].size() >= Lists::longest) {
                 return false;
             }
             own[i] = &dense[number];
         }
-        for (List *list : own) {
-            lists.insert(*list, slot);
+        for (int i = 0; i < corners; ++i) {
+            lists.insert(*own[i], slot, besideAt(nodes, i));
         }
         return true;
     }
@@ -235,9 +245,13 @@ private:
         int crowded = 0;
         for (int i = 0; i < corners; ++i) {
             List &list = placeOf(nodes[i]);
-            if (!isAmong(before, corners, nodes[i]) && !isAmong(nodes, i, nodes[i])) {
-                lists.insert(list, slot);
-                if (list.size() == AscendingLists::longest + 1) { // crowded from now on
+            if (isAmong(nodes, i, nodes[i])) {
+                // entered at its first place
+            } else if (isAmong(before, corners, nodes[i])) {
+                lists.setBeside(list, slot, besideAt(nodes, i));
+            } else {
+                lists.insert(list, slot, besideAt(nodes, i));
+                if (list.size() == Lists::longest + 1) { // crowded from now on
                     for (const int other : lists.copy(list)) {
                         enterEdges(other);
                     }
@@ -249,7 +263,7 @@ private:
             enterEdges(slot);
         }
         if (corners == 3 && areDegenerate(nodes)) {
-            lists.insert(degenerate[setKey(nodes[0], nodes[1], nodes[2])], slot);
+            lists.insert(degenerate[setKey(nodes[0], nodes[1], nodes[2])], slot, {});
         }
     }
     // Takes the slot, which had the nodes `before`, out of every list that the nodes `after` do not
@@ -277,7 +291,7 @@ private:
     void enterEdges(int slot) {
         forEachEdge(facets[slot].GetNodeIdxPM(), [&](int a, int b) {
             if (isCrowded(at(a)) && isCrowded(at(b))) {
-                lists.insert(edges[edgeKey(a, b)], slot);
+                lists.insert(edges[edgeKey(a, b)], slot, {});
             }
         });
     }
@@ -326,11 +340,11 @@ private:
     }
 
     const Item *facets;
-    AscendingLists lists;
-    std::vector<List> dense; // by node
-    ListMap sparse;          // by node, the others
-    ListMap edges;           // by edgeKey of two crowded nodes
-    ListMap degenerate;      // by setKey; of triangles only
+    Lists lists;
+    Table<List> dense;  // by node
+    ListMap sparse;     // by node, the others
+    ListMap edges;      // by edgeKey of two crowded nodes
+    ListMap degenerate; // by setKey; of triangles only
 };
 
 } // namespace trunnion::detail
