@@ -91,22 +91,21 @@ public:
     // idx + 1 + increment; slots between the old bound and idx become holes. Amortised constant
     // time.
     int SetItemM(Argument value, int idx) {
-        if (static_cast<unsigned int>(idx) < static_cast<unsigned int>(marked)) {
-            if (idx < bound) {
-                changes.noteRewrite();
-            } else {
-                bound = idx + 1;
-            }
-            Value *slot = storage() + static_cast<std::ptrdiff_t>(idx) * width;
-            available += countsAsNew(*slot) ? 1 : 0;
-            writeSlot(slot, value);
-            return 1;
-        }
-        if (idx == marked && idx < capacity) {
+        const auto at = static_cast<unsigned int>(idx);
+        if (at < static_cast<unsigned int>(bound)) {
+            changes.noteRewrite();
+        } else if (at < static_cast<unsigned int>(marked)) {
+            bound = idx + 1;
+        } else if (idx == marked && idx < capacity) {
             appendToBlock(value);
             return 1;
+        } else {
+            return setFarBehind(value, idx);
         }
-        return setFarBehind(value, idx);
+        Value *slot = storageByBranch() + static_cast<std::size_t>(at) * width;
+        available += countsAsNew(*slot) ? 1 : 0;
+        writeSlot(slot, value);
+        return 1;
     }
     // Appends behind the last slot, never into a hole; returns the slot.
     int AddItemM(Argument value) {
@@ -119,15 +118,19 @@ public:
     // Deletes one slot: it becomes a hole, and if it was the last one the bound falls by one, once.
     // At or past the bound nothing happens.
     int DelItemM(int idx) {
-        if (idx < 0 || idx >= bound) {
+        const auto at = static_cast<unsigned int>(idx);
+        if (at >= static_cast<unsigned int>(bound)) {
             return 1;
         }
-        Value &first = *slotAt(idx);
+        changes.noteRewrite();
+        Value &first = storageByBranch()[static_cast<std::size_t>(at) * width];
         if (isLive(first)) {
             first = Slots::marker;
             --available;
         }
-        bound -= idx == bound - 1 ? 1 : 0;
+        if (idx == bound - 1) {
+            bound = idx;
+        }
         return 1;
     }
     // Clears, gives the block back and returns to the four inline slots. The increment stays.
@@ -176,19 +179,19 @@ public:
     // First live slot behind `after`: stores its value and number and returns 1. At the end the
     // marker and SL_DELETED_INT are stored and the result is -1.
     int GetNextM(Value *value, int *idx, int after) const {
-        auto start = static_cast<unsigned int>(after) + 1U;
-        if (start >
-            static_cast<unsigned int>(bound)) { // foreseen, where a clamp would be waited for
-            start = after < 0 ? 0U : static_cast<unsigned int>(bound);
+        const auto end = static_cast<unsigned int>(bound);
+        unsigned int slot = static_cast<unsigned int>(after) + 1U;
+        if (slot > end) { // foreseen, where a clamp would be waited for
+            slot = after < 0 ? 0U : end;
         }
-        for (int slot = static_cast<int>(start); slot < bound; ++slot) {
-            if (isMixed() && bound - slot >= 4) {
-                slot += emptyAhead(slot);
+        for (; slot < end; ++slot) {
+            if (isMixed() && end - slot > walkAhead) {
+                slot = firstSeen(slot);
             }
-            const Value *held = slotAt(slot);
+            const Value *held = data() + static_cast<std::size_t>(slot) * width;
             if (walkSees(*held)) {
                 std::copy_n(held, width, value);
-                *idx = slot;
+                *idx = static_cast<int>(slot);
                 return 1;
             }
         }
@@ -232,7 +235,7 @@ protected:
         changes.noteRewrite();
         return storage();
     }
-    const Value *data() const { return capacity == inlineSlots ? inlineItems : heapItems; }
+    const Value *data() const { return heapItems == nullptr ? inlineItems : heapItems; }
     const Value *slotAt(int idx) const { return data() + static_cast<std::ptrdiff_t>(idx) * width; }
     Value *slotAt(int idx) { return data() + static_cast<std::ptrdiff_t>(idx) * width; }
 
@@ -253,7 +256,7 @@ protected:
     // Takes counts that came from elsewhere; slots that fall out of use become empty again.
     void setCounts(int newBound, int newAvailable);
 
-    Value *heapItems = nullptr;
+    Value *heapItems = nullptr; // null while inline: one load tells where the slots stand
     Value inlineItems[inlineSlots * width];
     int capacity = inlineSlots;
     int bound = 0;
@@ -265,7 +268,20 @@ protected:
     [[no_unique_address]] std::conditional_t<Slots::isSearched, SlotChanges, NoSlotChanges> changes;
 
 private:
-    Value *storage() { return capacity == inlineSlots ? inlineItems : heapItems; }
+    Value *storage() { return heapItems == nullptr ? inlineItems : heapItems; }
+    // The same for stores to slots far apart. How many of them are under way at once depends on how
+    // few instructions each takes: a foreseen branch, which the empty statement keeps one, is
+    // shorter than a choice.
+    Value *storageByBranch() {
+        Value *items = heapItems;
+        if (items == nullptr) {
+#if defined(__GNUC__)
+            asm("");
+#endif
+            items = inlineItems;
+        }
+        return items;
+    }
     static bool countsAsNew(Value held) {
         if constexpr (Slots::newItemRule == NewItemRule::heldMarker) {
             return held == Slots::marker;
@@ -294,12 +310,30 @@ private:
     bool isMixed() const {
         return Slots::walkSkipsEmpty && available > bound / 4 && available < bound - bound / 4;
     }
-    // The holes right from `slot` on, counted up to three, without branches.
-    int emptyAhead(int slot) const {
-        const int one = walkSees(*slotAt(slot)) ? 0 : 1;
-        const int two = one & (walkSees(*slotAt(slot + 1)) ? 0 : 1);
-        const int three = two & (walkSees(*slotAt(slot + 2)) ? 0 : 1);
-        return one + two + three;
+    // The first of the four slots from `slot` on that a walk sees, or the one behind them. A walk
+    // waits for this from item to item: it takes a load, a comparison and four moves.
+    static constexpr unsigned int walkAhead = 4;
+    unsigned int firstSeen(unsigned int slot) const {
+        constexpr std::size_t step = width;
+        const Value *held = data() + slot * step;
+        unsigned int seen = slot + walkAhead;
+        seen = chooseByMove(walkSees(held[3 * step]), slot + 3, seen);
+        seen = chooseByMove(walkSees(held[2 * step]), slot + 2, seen);
+        seen = chooseByMove(walkSees(held[step]), slot + 1, seen);
+        seen = chooseByMove(walkSees(held[0]), slot, seen);
+        return seen;
+    }
+    // `a` if `condition` holds, else `b`. The empty statements hide both and the result from the
+    // compiler, which would make a branch of the choice.
+    static unsigned int chooseByMove(bool condition, unsigned int a, unsigned int b) {
+#if defined(__GNUC__)
+        asm("" : "+r"(a), "+r"(b));
+        unsigned int chosen = condition ? a : b;
+        asm("" : "+r"(chosen));
+        return chosen;
+#else
+        return condition ? a : b;
+#endif
     }
     int setFarBehind(Argument value, int idx);
     int setBehindCapacity(Argument value, int idx);
