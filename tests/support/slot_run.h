@@ -115,35 +115,36 @@ private:
                 array.AddSizeM(3);
                 model.grow(3);
             }
-            return source.oneIn(2) || isEmptyBehindBound(array);
+            return source.oneIn(2) || isAsLeftBehindBound(array);
         }
     }
 
     // Looked at through a pointer to the storage, in the classes that let a host have one.
-    bool isEmptyBehindBound(const Array &looked) const {
-        const auto isEmpty = [this](const Value *slots) {
+    bool isAsLeftBehindBound(const Array &looked) const {
+        const auto isAsLeft = [this](const Value *slots) {
             for (int i = model.bound; i < model.capacity(); ++i) {
-                if (slots[i * Rules::width] != Rules::marker) {
+                // Deleting leaves a byte that is no text, which a CharArr may hold.
+                if (slots[i * Rules::width] != model.at(i)[0]) {
                     return false;
                 }
             }
             return true;
         };
         if constexpr (requires { looked.getCurrentItemPrtConstM(); }) {
-            return isEmpty(looked.getCurrentItemPrtConstM());
+            return isAsLeft(looked.getCurrentItemPrtConstM());
         } else if constexpr (requires { looked.getCurrentItemPrtM(); }) {
             Array copy = looked;
-            return isEmpty(copy.getCurrentItemPrtM());
+            return isAsLeft(copy.getCurrentItemPrtM());
         } else if constexpr (requires { looked.IsAvailableM(0); } || Rules::walksAll ||
                              std::is_same_v<Array, RealArr>) {
-            return isEmpty(looked.GetItemPM(model.capacity() - 1) -
-                           static_cast<std::ptrdiff_t>(model.capacity() - 1) * Rules::width);
+            return isAsLeft(looked.GetItemPM(model.capacity() - 1) -
+                            static_cast<std::ptrdiff_t>(model.capacity() - 1) * Rules::width);
         }
         return true;
     }
 
     const char *difference() {
-        if (!isEmptyBehindBound(Array(array))) {
+        if (!isAsLeftBehindBound(Array(array))) {
             return "slots behind the bound";
         }
         if (array.GetLengthM() != model.capacity() || array.GetBoundM() != model.bound ||

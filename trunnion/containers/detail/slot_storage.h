@@ -7,8 +7,9 @@
 // Four slots are part of the object, more stand in a block of the heap. Terms: `capacity`, the
 // slots that exist; `bound`, one past the highest slot in use; `available`, the live slots below
 // the bound; a hole is a slot below the bound that is not live. Slots at or behind the bound hold
-// the marker, for whoever looks; but fresh memory is dear, so those from `marked` on are raw until
-// a pointer or reference through which a host could see them is handed out.
+// the marker (or a dead value that was deleted), for whoever looks; but fresh memory is dear, so
+// those from `marked` on are raw until a pointer or reference through which a host could see them
+// is handed out.
 //
 // Shared rules. A slot has one to four values and the first decides whether it is live; a slot of
 // several values is passed by the address of its first, and deleting it writes the marker into the
