@@ -1,13 +1,14 @@
-// A matrix applied to many points at once, in as many ways as the processor may have vectors. For
-// wide vectors the body is written once, over blocks that the compiler turns into vectors of the
-// width at hand; for those of two doubles, where its code is slower than a point after the other,
-// it is written with the processor's instructions.
+// A matrix applied to many points at once, in as many ways as the processor may have vectors:
+// blocks of points are taken apart into their axes, moved, and put together again. Written with the
+// processor's instructions, since what the compiler makes of plain loops is half as fast.
 #include "trunnion/containers/detail/transform_points.h"
 
 #include <cstddef>
 #include <limits>
 
-#if defined(__SSE2__)
+#if defined(TRUNNION_WIDE_VECTORS)
+#include <immintrin.h>
+#elif defined(__SSE2__)
 #include <emmintrin.h>
 #endif
 
@@ -16,8 +17,6 @@
 namespace trunnion::detail {
 
 namespace {
-
-constexpr int blockSize = 32;
 
 // Three rows of four, in the order of the sums.
 struct Rows {
@@ -62,6 +61,12 @@ void transformEach(const Rows &rows, float *points, int count) {
 
 #if defined(__SSE2__)
 
+// Infinities brought back to the greatest floats. A NaN stands second, and of two numbers that
+// cannot be compared the second is taken.
+inline __m128 finite(__m128 sums) {
+    return _mm_min_ps(_mm_set1_ps(greatest), _mm_max_ps(_mm_set1_ps(-greatest), sums));
+}
+
 // Four values of one axis as doubles.
 struct FourDoubles {
     explicit FourDoubles(__m128 values)
@@ -82,8 +87,7 @@ public:
     __m128 times(const FourDoubles &x, const FourDoubles &y, const FourDoubles &z) const {
         const __m128 sums = _mm_movelh_ps(_mm_cvtpd_ps(sum(x.low, y.low, z.low)),
                                           _mm_cvtpd_ps(sum(x.high, y.high, z.high)));
-        // A NaN stands second, and of two numbers that cannot be compared the second is taken.
-        return _mm_min_ps(_mm_set1_ps(greatest), _mm_max_ps(_mm_set1_ps(-greatest), sums));
+        return finite(sums);
     }
 
 private:
@@ -127,23 +131,27 @@ inline void storeFour(float *points, const FourPoints &four) {
     _mm_storeu_ps(points + 8, _mm_shuffle_ps(zx, yz, _MM_SHUFFLE(3, 1, 3, 1)));
 }
 
+// Stores the moved points where those held are live.
+inline void storeLive(float *points, const FourPoints &held, FourPoints moved) {
+    const __m128 live = _mm_cmpgt_ps(held.x, _mm_set1_ps(pointLiveLimit));
+    if (_mm_movemask_ps(live) != 0b1111) {
+        moved = {select(live, moved.x, held.x), select(live, moved.y, held.y),
+                 select(live, moved.z, held.z)};
+    }
+    storeFour(points, moved);
+}
+
 // The same as transformEach for four points at a time, without a branch for each.
 void transform128(const Rows &rows, float *points, int count) {
     const WideRow wide[3] = {WideRow(rows.at[0]), WideRow(rows.at[1]), WideRow(rows.at[2])};
-    const __m128 limit = _mm_set1_ps(pointLiveLimit);
     float *const lastFour = points + static_cast<std::ptrdiff_t>(count / 4) * 12;
     for (; points != lastFour; points += 12) {
         const FourPoints held = loadFour(points);
         const FourDoubles x(held.x);
         const FourDoubles y(held.y);
         const FourDoubles z(held.z);
-        const __m128 live = _mm_cmpgt_ps(held.x, limit);
-        FourPoints moved = {wide[0].times(x, y, z), wide[1].times(x, y, z), wide[2].times(x, y, z)};
-        if (_mm_movemask_ps(live) != 0b1111) {
-            moved = {select(live, moved.x, held.x), select(live, moved.y, held.y),
-                     select(live, moved.z, held.z)};
-        }
-        storeFour(points, moved);
+        storeLive(points, held,
+                  {wide[0].times(x, y, z), wide[1].times(x, y, z), wide[2].times(x, y, z)});
     }
     transformEach(rows, points, count % 4);
 }
@@ -158,46 +166,122 @@ void transform128(const Rows &rows, float *points, int count) {
 
 #ifdef TRUNNION_WIDE_VECTORS
 
-// The same for as many points as make full vectors, without branches.
-inline __attribute__((always_inline)) void transformBlock(const Rows &rows, float *points) {
-    float held[3][blockSize];
-    float moved[3][blockSize];
-    for (int i = 0; i < blockSize; ++i) {
-        for (int axis = 0; axis < 3; ++axis) {
-            held[axis][i] = points[3 * i + axis];
-        }
-    }
-    for (int row = 0; row < 3; ++row) {
-        const double *r = rows.at[row];
-        for (int i = 0; i < blockSize; ++i) {
-            const float sum =
-                roundToFloat(r[0] * held[0][i] + r[1] * held[1][i] + r[2] * held[2][i] + r[3]);
-            moved[row][i] = held[0][i] > pointLiveLimit ? sum : held[row][i];
-        }
-    }
-    for (int i = 0; i < blockSize; ++i) {
-        for (int axis = 0; axis < 3; ++axis) {
-            points[3 * i + axis] = moved[axis][i];
-        }
-    }
-}
-
-inline __attribute__((always_inline)) void transformBlocks(const Rows &rows, float *points,
-                                                           int count) {
-    int done = 0;
-    for (; count - done >= blockSize; done += blockSize) {
-        transformBlock(rows, points + static_cast<std::ptrdiff_t>(done) * 3);
-    }
-    transformEach(rows, points + static_cast<std::ptrdiff_t>(done) * 3, count - done);
+// A row of the matrix applied to four points.
+__attribute__((target("avx2"))) inline __m128 timesRow256(const __m256d *row, __m256d x, __m256d y,
+                                                          __m256d z) {
+    return finite(_mm256_cvtpd_ps(((row[0] * x + row[1] * y) + row[2] * z) + row[3]));
 }
 
 __attribute__((target("avx2"))) void transform256(const Rows &rows, float *points, int count) {
-    transformBlocks(rows, points, count);
+    __m256d wide[3][4];
+    for (int i = 0; i < 12; ++i) {
+        wide[i / 4][i % 4] = _mm256_set1_pd(rows.at[i / 4][i % 4]);
+    }
+    float *const lastFour = points + static_cast<std::ptrdiff_t>(count / 4) * 12;
+    for (; points != lastFour; points += 12) {
+        const FourPoints held = loadFour(points);
+        const __m256d x = _mm256_cvtps_pd(held.x);
+        const __m256d y = _mm256_cvtps_pd(held.y);
+        const __m256d z = _mm256_cvtps_pd(held.z);
+        storeLive(points, held,
+                  {timesRow256(wide[0], x, y, z), timesRow256(wide[1], x, y, z),
+                   timesRow256(wide[2], x, y, z)});
+    }
+    _mm256_zeroupper();
+    transformEach(rows, points, count % 4);
 }
+
+// Which of the 48 floats in three vectors stand where in a new one: the first choice is among the
+// first two vectors, the second takes what it wants from that one and the rest from the third.
+struct Choice {
+    int fromTwo[16];
+    int fromThird[16];
+};
+
+// Axis `axis` of 16 points that stand one behind the other.
+constexpr Choice axisChoice(int axis) {
+    Choice choice{};
+    for (int i = 0; i < 16; ++i) {
+        const int from = 3 * i + axis;
+        choice.fromTwo[i] = from % 32;
+        choice.fromThird[i] = from < 32 ? i : from - 16;
+    }
+    return choice;
+}
+
+// The `part`th third of such points from their three axes.
+constexpr Choice partChoice(int part) {
+    Choice choice{};
+    for (int i = 0; i < 16; ++i) {
+        const int point = (16 * part + i) / 3;
+        const int axis = (16 * part + i) % 3;
+        choice.fromTwo[i] = point + 16 * (axis % 2);
+        choice.fromThird[i] = axis < 2 ? i : 16 + point;
+    }
+    return choice;
+}
+
+constexpr Choice axisChoices[3] = {axisChoice(0), axisChoice(1), axisChoice(2)};
+constexpr Choice partChoices[3] = {partChoice(0), partChoice(1), partChoice(2)};
+
+__attribute__((target("avx512f"))) inline __m512 choose(const Choice &choice, const __m512 *three) {
+    const __m512i fromTwo = _mm512_loadu_si512(choice.fromTwo);
+    const __m512i fromThird = _mm512_loadu_si512(choice.fromThird);
+    return _mm512_permutex2var_ps(_mm512_permutex2var_ps(three[0], fromTwo, three[1]), fromThird,
+                                  three[2]);
+}
+
+// One half of 16 values as doubles. (The form with a mask, of all, is the one that GCC 12 does not
+// warn of.)
+template <int half>
+__attribute__((target("avx512f,avx512dq"))) inline __m512d widened(__m512 values) {
+    return _mm512_maskz_cvtps_pd(0xFF, _mm512_maskz_extractf32x8_ps(0xFF, values, half));
+}
+
+// A row of the matrix applied to eight points.
+__attribute__((target("avx512f"))) inline __m256 timesRow512(const __m512d *row, const __m512d *p) {
+    const __m512d sum = ((row[0] * p[0] + row[1] * p[1]) + row[2] * p[2]) + row[3];
+    return _mm256_min_ps(_mm256_set1_ps(greatest), _mm256_max_ps(_mm256_set1_ps(-greatest),
+                                                                 _mm512_maskz_cvtpd_ps(0xFF, sum)));
+}
+
 __attribute__((target("avx512f,avx512vl,avx512dq"))) void transform512(const Rows &rows,
                                                                        float *points, int count) {
-    transformBlocks(rows, points, count);
+    __m512d wide[3][4];
+    for (int i = 0; i < 12; ++i) {
+        wide[i / 4][i % 4] = _mm512_set1_pd(rows.at[i / 4][i % 4]);
+    }
+    float *const lastSixteen = points + static_cast<std::ptrdiff_t>(count / 16) * 48;
+    for (; points != lastSixteen; points += 48) {
+        const __m512 three[3] = {_mm512_loadu_ps(points), _mm512_loadu_ps(points + 16),
+                                 _mm512_loadu_ps(points + 32)};
+        __m512 axes[3];
+        __m512d low[3];
+        __m512d high[3];
+#pragma GCC unroll 3
+        for (int axis = 0; axis < 3; ++axis) {
+            axes[axis] = choose(axisChoices[axis], three);
+            low[axis] = widened<0>(axes[axis]);
+            high[axis] = widened<1>(axes[axis]);
+        }
+        const __mmask16 live =
+            _mm512_cmp_ps_mask(axes[0], _mm512_set1_ps(pointLiveLimit), _CMP_GT_OQ);
+#pragma GCC unroll 3
+        for (int axis = 0; axis < 3; ++axis) {
+            const __m512 moved = _mm512_maskz_insertf32x8(
+                0xFFFF, _mm512_castps256_ps512(timesRow512(wide[axis], low)),
+                timesRow512(wide[axis], high), 1);
+            axes[axis] = _mm512_mask_mov_ps(axes[axis], live, moved);
+        }
+#pragma GCC unroll 3
+        for (int part = 0; part < 3; ++part) {
+            _mm512_storeu_ps(points + std::ptrdiff_t{16} * part, choose(partChoices[part], axes));
+        }
+    }
+    _mm256_zeroupper();
+    transformEach(rows, points, count % 16);
 }
+
 #endif
 
 } // namespace
