@@ -1,5 +1,7 @@
 #include "tests/support/short_memory.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -25,6 +27,14 @@ void *operator new(std::size_t size) {
 void *operator new[](std::size_t size) {
     return operator new(size);
 }
+// With the block that it stands in remembered in front of it.
+void *operator new(std::size_t size, std::align_val_t alignment) {
+    const std::size_t front = std::max(static_cast<std::size_t>(alignment), sizeof(void *));
+    auto *block = static_cast<char *>(operator new(size + 2 * front));
+    char *aligned = block + 2 * front - reinterpret_cast<std::uintptr_t>(block) % front;
+    reinterpret_cast<void **>(aligned)[-1] = block;
+    return aligned;
+}
 void operator delete(void *block) noexcept {
     std::free(block);
 }
@@ -36,4 +46,12 @@ void operator delete[](void *block) noexcept {
 }
 void operator delete[](void *block, std::size_t /*size*/) noexcept {
     std::free(block);
+}
+void operator delete(void *block, std::align_val_t /*alignment*/) noexcept {
+    if (block != nullptr) {
+        std::free(static_cast<void **>(block)[-1]);
+    }
+}
+void operator delete(void *block, std::size_t /*size*/, std::align_val_t alignment) noexcept {
+    operator delete(block, alignment);
 }

@@ -4,8 +4,8 @@
 // that names it; MergeNodesM and PurgeDeletedNodes do. What NodeArr shares with the other lists,
 // streams included, stands in containers/item_array.h.
 //
-// Merging and the search for the nearest node keep an index each beside the list, once it pays: 16
-// to 32 bytes a node for merging (containers/detail/point_cells.h), 23 to 30 for the nearest node
+// Merging and the search for the nearest node keep an index each beside the list, once it pays: 8
+// to 16 bytes a node for merging (containers/detail/point_cells.h), 23 to 30 for the nearest node
 // (detail/nearest_nodes.h). The answers are those of the scans told here.
 #pragma once
 

@@ -1,6 +1,8 @@
 // One number compared with several at once.
 #pragma once
 
+#include <cstdint>
+
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -20,6 +22,21 @@ inline unsigned int equalOfEight(const int *numbers, int sought) {
     unsigned int equal = 0;
     for (unsigned int i = 0; i < 8; ++i) {
         equal |= numbers[i] == sought ? 1U << i : 0U;
+    }
+    return equal;
+#endif
+}
+
+// The same for sixteen bytes.
+inline unsigned int equalOfSixteen(const std::uint8_t *bytes, std::uint8_t sought) {
+#if defined(__SSE2__)
+    const __m128i held = _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes));
+    const __m128i wanted = _mm_set1_epi8(static_cast<char>(sought));
+    return static_cast<unsigned int>(_mm_movemask_epi8(_mm_cmpeq_epi8(held, wanted)));
+#else
+    unsigned int equal = 0;
+    for (unsigned int i = 0; i < 16; ++i) {
+        equal |= bytes[i] == sought ? 1U << i : 0U;
     }
     return equal;
 #endif

@@ -3,7 +3,7 @@
 //
 // It only proposes, the list compares. SlotFinder decides when it is used.
 //
-// Memory: a table of 8 bytes for each place, between a quarter and a half of them in use: 16 to 32
+// Memory: a table of 64 bytes for 12 places, between a third and two thirds of them in use: 8 to 16
 // bytes for each point, or 4 to 8 where a coordinate is not finite.
 #pragma once
 
@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "trunnion/containers/detail/lanes.h"
+#include "trunnion/containers/detail/table.h"
 #include "trunnion/geometry/detail/vec.h"
 
 namespace trunnion::detail {
@@ -22,16 +24,16 @@ inline bool isFinitePoint(const float *point) {
     return std::isfinite(point[0]) && std::isfinite(point[1]) && std::isfinite(point[2]);
 }
 
-// Slots by the cell of their point, in an open table with linear probing. An entry that no longer
-// holds (its slot was deleted or lies behind the bound) does no harm, as every proposal is compared
-// with the list.
+// Slots by the cell of their point, in an open table of buckets with linear probing. An entry that
+// no longer holds (its slot was deleted or lies behind the bound) does no harm, as every proposal
+// is compared with the list.
 //
 // Cells are cubes, at first 256 times as long as the reach, so that a search seldom touches more
 // than one. The cells of a block, a cube of cells, share a region of the table, so that a walk over
 // neighbouring points stays in the memory that it touched last; blocks grow as long as their points
-// find room there. Where a cloud crowds, blocks shrink again, then cells, down to 4 times the
-// reach. If it crowds even there, points that repeat an earlier one to the bit are left out: the
-// lower slot answers for them.
+// find room there. Where buckets are full, blocks shrink again, and where many points share a cell,
+// cells do, down to 4 times the reach. If they do even there, points that repeat an earlier one to
+// the bit are left out: the lower slot answers for them.
 class PointCells {
 public:
     PointCells() { setCellSize(firstCellSize); }
@@ -58,44 +60,45 @@ public:
     // -1.
     template <class Matches>
     int lowest(const float *point, Matches matches) const {
-        int best = -1;
-        const auto propose = [&](int slot) {
-            if ((best < 0 || slot < best) && matches(slot)) {
-                best = slot;
-            }
-        };
-        std::for_each(odd.begin(), odd.end(), propose);
-        if (table.empty()) {
-            return best;
-        }
         const Vec3 at = inCells(point);
         const Cell cell = cellAt(at);
-        if (isInside(at, cell)) {
-            // All that can match lies in this cell, whose slots the table has in ascending order.
-            const int found = firstIn(homeOf(cell), matches);
-            return found >= 0 && (best < 0 || found < best) ? found : best;
-        }
-        visitBox(at, propose);
-        return best;
+        // All that can match lies in this cell, whose slots the table has in ascending order.
+        return isInside(at, cell) && isPlain ? firstIn(homeOf(cell), matches)
+                                             : lowestAround(at, matches);
     }
 
 private:
     static constexpr double reach = 1e-4;          // points that match are nearer along every axis
     static constexpr double firstCellSize = 256.0; // in reaches
     static constexpr double lastCellSize = 4.0;
-    static constexpr int freePlace = -1;
-    static constexpr int regionBits = 7; // 1 KiB of the table
+    static constexpr std::uint8_t freeMark = 0;
+    static constexpr std::size_t fewestBuckets = 16;
+    static constexpr std::size_t mostInBucket = 8; // on the average
+    static constexpr int regionBits = 6;           // 4 KiB of the table
     static constexpr int firstBlockBits = 4;
     static constexpr int lastBlockBits = 40;
-    // Steps that the entries may take on the average to find their places before the table counts
-    // as crowded. Chance alone takes about one.
-    static constexpr std::size_t crowdedSteps = 3;
+    // The table counts as crowded when one entry in so many, on the average, meets a full bucket,
+    // or when an entry meets more than so many of its own cell.
+    static constexpr std::size_t entriesToFull = 16;
+    static constexpr std::size_t mostMates = 3;
     // Round coordinates, which designs are full of, stay away from the faces of the cells.
     static constexpr double offset = 0.381966;
 
-    struct Entry {
-        int slot = freePlace;
-        std::uint32_t mark = 0; // of the cell: tells most others without a look at their points
+    // Places for slots, a cache line of them: taken in order, and looked through at once for those
+    // with a mark.
+    struct alignas(64) Bucket {
+        static constexpr int places = 12;
+        static constexpr unsigned int allPlaces = (1U << places) - 1;
+
+        // The places that hold a mark; that of the free ones is 0.
+        unsigned int with(std::uint8_t mark) const {
+            return equalOfSixteen(marks, mark) & allPlaces;
+        }
+        void clear() { std::fill_n(marks, sizeof marks, freeMark); }
+
+        // Of the cells: they tell most others without a look at their points.
+        std::uint8_t marks[16];
+        int slots[places];
     };
 
     void setCellSize(double size) {
@@ -122,12 +125,12 @@ private:
     }
     // Whether all within the reach lies in the cell too.
     bool isInside(const Vec3 &at, const Cell &cell) const {
-        const auto isInsideAlong = [this](double along, std::uint64_t number) {
-            const double middle = std::bit_cast<double>(number) - toInteger;
-            return std::fabs(along - middle) < 0.5 - reachInCells;
+        const auto fromMiddle = [](double along, std::uint64_t number) {
+            return std::fabs(along - (std::bit_cast<double>(number) - toInteger));
         };
-        return isInsideAlong(at.x, cell.x) && isInsideAlong(at.y, cell.y) &&
-               isInsideAlong(at.z, cell.z);
+        const double furthest = std::max(
+            {fromMiddle(at.x, cell.x), fromMiddle(at.y, cell.y), fromMiddle(at.z, cell.z)});
+        return furthest < 0.5 - reachInCells;
     }
     static std::uint64_t hashOf(std::uint64_t x, std::uint64_t y, std::uint64_t z) {
         std::uint64_t hash =
@@ -138,28 +141,51 @@ private:
 
     // Where the entries of a cell begin, and their mark.
     struct Home {
-        std::size_t place;
-        std::uint32_t mark;
+        std::size_t bucket;
+        std::uint8_t mark;
     };
     Home homeOf(const Cell &cell) const {
         const std::uint64_t hash = hashOf(cell.x, cell.y, cell.z);
         const std::uint64_t block =
             hashOf(cell.x >> blockBits, cell.y >> blockBits, cell.z >> blockBits);
-        const std::uint64_t region = block >> 32 & regionMask;
-        return {static_cast<std::size_t>(region << regionBits | hash >> (64 - regionBits)),
-                static_cast<std::uint32_t>(hash)};
+        const std::uint64_t bucket = block >> 32 << regionBits | hash >> (64 - regionBits);
+        const auto mark = static_cast<std::uint8_t>(hash);
+        return {static_cast<std::size_t>(bucket) & lastBucket,
+                static_cast<std::uint8_t>(mark + (mark == freeMark ? 1 : 0))};
     }
-    std::size_t next(std::size_t place) const { return (place + 1) & (table.size() - 1); }
+    std::size_t next(std::size_t bucket) const { return (bucket + 1) & lastBucket; }
 
     // The first slot behind the cell's home that carries its mark and matches, or -1.
     template <class Matches>
     int firstIn(const Home &home, Matches matches) const {
-        std::size_t at = home.place;
-        while (table[at].slot != freePlace &&
-               !(table[at].mark == home.mark && matches(table[at].slot))) {
-            at = next(at);
+        for (std::size_t at = home.bucket;; at = next(at)) {
+            const Bucket &bucket = table[at];
+            for (unsigned int left = bucket.with(home.mark); left != 0; left &= left - 1) {
+                const int slot = bucket.slots[std::countr_zero(left)];
+                if (matches(slot)) {
+                    return slot;
+                }
+            }
+            if (bucket.with(freeMark) != 0) {
+                return -1;
+            }
         }
-        return table[at].slot; // freePlace is -1
+    }
+
+    // The lowest slot that matches among the odd ones and in the cells that the reach touches.
+    template <class Matches>
+    __attribute__((noinline)) int lowestAround(const Vec3 &at, Matches matches) const {
+        int best = -1;
+        const auto propose = [&](int slot) {
+            if ((best < 0 || slot < best) && matches(slot)) {
+                best = slot;
+            }
+        };
+        std::for_each(odd.begin(), odd.end(), propose);
+        if (!table.empty()) {
+            visitBox(at, propose);
+        }
+        return best;
     }
 
     // Every slot behind the home with its mark.
@@ -197,12 +223,14 @@ private:
     void enterOne(const float *point, int slot, PointAt pointAt) {
         if (!isFinitePoint(point)) {
             odd.push_back(slot);
+            isPlain = false;
             return;
         }
-        if (2 * (used + 1) > table.size()) {
+        if (used + 1 > mostInBucket * table.size()) {
             blockBits += !isSettled && !table.empty() && blockBits < lastBlockBits ? 1 : 0;
-            resize(std::max(std::size_t{1} << regionBits, 2 * table.size()));
+            resize(std::max(fewestBuckets, 2 * table.size()));
             enterAgain(slot, pointAt);
+            isPlain = odd.empty();
         }
         place(point, slot, pointAt);
         if (isCrowded()) {
@@ -210,11 +238,14 @@ private:
         }
     }
 
-    bool isCrowded() const { return steps > crowdedSteps * (used + 64) && !isFinest(); }
+    bool isOverfull() const { return entriesToFull * full > used + 64; }
+    bool isCrowded() const {
+        return (isOverfull() || mates > mostMates * (used + 64)) && !isFinest();
+    }
     bool isFinest() const { return blockBits == 0 && cellSize <= lastCellSize && leavesOutEqual; }
     void makeFiner() {
         isSettled = true;
-        if (blockBits > 0) {
+        if (blockBits > 0 && (isOverfull() || leavesOutEqual)) {
             --blockBits;
         } else if (cellSize > lastCellSize) {
             setCellSize(cellSize / 4.0);
@@ -226,24 +257,30 @@ private:
     template <class PointAt>
     void place(const float *point, int slot, PointAt pointAt) {
         const Home home = homeOf(cellAt(inCells(point)));
-        std::size_t at = home.place;
-        for (; table[at].slot != freePlace; at = next(at)) {
-            if (leavesOutEqual) {
-                const float *held = pointAt(table[at].slot);
-                if (held != nullptr && std::equal(point, point + 3, held)) {
+        for (std::size_t at = home.bucket;; at = next(at)) {
+            Bucket &bucket = table[at];
+            for (unsigned int left = bucket.with(home.mark); left != 0; left &= left - 1) {
+                const float *held = pointAt(bucket.slots[std::countr_zero(left)]);
+                if (leavesOutEqual && held != nullptr && std::equal(point, point + 3, held)) {
                     return;
                 }
+                ++mates;
             }
-            ++steps;
+            if (const unsigned int free = bucket.with(freeMark); free != 0) {
+                const int first = std::countr_zero(free);
+                bucket.marks[first] = home.mark;
+                bucket.slots[first] = slot;
+                ++used;
+                return;
+            }
+            ++full;
         }
-        table[at] = {slot, home.mark};
-        ++used;
     }
 
-    void resize(std::size_t places) { // to a power of two
-        table = std::vector<Entry>(); // the old one makes room first
-        table.resize(places);
-        regionMask = (places >> regionBits) - 1;
+    void resize(std::size_t buckets) { // to a power of two
+        table = Table<Bucket>();       // the old one makes room first
+        table.resize(buckets);
+        lastBucket = buckets - 1;
     }
     // Enters the finite points of the slots up to `end` into the table anew, ever finer until they
     // do not crowd.
@@ -253,9 +290,10 @@ private:
             if (isCrowded()) {
                 makeFiner();
             }
-            std::fill(table.begin(), table.end(), Entry{freePlace, 0});
+            std::for_each(table.begin(), table.end(), [](Bucket &bucket) { bucket.clear(); });
             used = 0;
-            steps = 0;
+            full = 0;
+            mates = 0;
             for (int slot = 0; slot < end && !isCrowded(); ++slot) {
                 const float *point = pointAt(slot);
                 if (point != nullptr && isFinitePoint(point)) {
@@ -265,16 +303,18 @@ private:
         } while (isCrowded());
     }
 
-    std::vector<Entry> table;
+    Table<Bucket> table;
     std::vector<int> odd; // slots of points that are not finite
     std::size_t used = 0;
-    std::size_t steps = 0; // that the entries took past occupied places
-    std::uint64_t regionMask = 0;
+    std::size_t full = 0;       // buckets that the entries met full
+    std::size_t mates = 0;      // others of their cell that the entries met
+    std::size_t lastBucket = 0; // the number of buckets is a power of two
     int blockBits = firstBlockBits;
     int seenSlots = 0;
     bool isSettled = false; // blocks were too great once: they grow no more
     bool leavesOutEqual = false;
-    double cellSize = 0; // in reaches
+    bool isPlain = false; // there is a table, and no point that is not in it
+    double cellSize = 0;  // in reaches
     double cellsPerLength = 0;
     double reachInCells = 0;
 };

@@ -44,7 +44,10 @@ public:
     // key of a slot in the form that the index takes.
     template <class Key, class KeyAt, class Matches>
     int lowest(const ListState &list, Key key, KeyAt keyAt, Matches matches) {
-        return prepare(list, keyAt) ? index.lowest(key, matches) : scan(list.bound, matches);
+        if (!isCurrent(list) && !prepare(list, keyAt)) {
+            return scan(list.bound, matches);
+        }
+        return index.lowest(key, matches);
     }
 
     // The same by visiting every slot.
@@ -70,13 +73,20 @@ private:
     static constexpr int smallestList = 32;     // a scan of fewer slots is as fast
     static constexpr std::size_t entryCost = 8; // of a slot, in slots scanned
 
+    // Whether the index describes the list as it is, up to the last slot.
+    bool isCurrent(const ListState &list) const {
+        return isBuilt && rewrites == list.rewrites && index.seen() == list.bound &&
+               !list.writerMayLive && (index.isComplete() || deletions == list.deletions);
+    }
     bool describes(const ListState &list) const {
         return isBuilt && rewrites == list.rewrites && index.seen() <= list.bound &&
                (index.isComplete() || deletions == list.deletions);
     }
 
+    // Brings the index up to the list, if that is possible and pays. Apart from the search, which
+    // seldom needs it and is the faster for being short.
     template <class KeyAt>
-    bool prepare(const ListState &list, KeyAt keyAt) {
+    __attribute__((noinline)) bool prepare(const ListState &list, KeyAt keyAt) {
         if (list.writerMayLive || list.bound < smallestList) {
             return false;
         }

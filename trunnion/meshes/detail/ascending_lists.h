@@ -95,8 +95,8 @@ public:
         int last = -1;
         for (int from = 0; from < list.count; from += lanes) {
             unsigned int isBeside = 0;
-            for (int which = 0; which < besideCount; ++which) {
-                isBeside |= equalOfEight(besideOf(list, which) + from, number);
+            for (int run = 1; run < runs; ++run) {
+                isBeside |= equalOfEight(runOf(list, run) + from, number);
             }
             isBeside &= 0xFFU >> (lanes - std::min(list.count - from, lanes));
             found += countOfEight(isBeside);
@@ -155,19 +155,21 @@ private:
     const int *begin(const List &list) const { return block.data() + list.first; }
     int *begin(const List &list) { return block.data() + list.first; }
     int back(const List &list) const { return begin(list)[list.count - 1]; }
-    const int *besideOf(const List &list, int which) const {
-        return begin(list) + static_cast<std::ptrdiff_t>(which + 1) * list.room;
+    // The slots are run 0, and each of the numbers beside a run behind them.
+    const int *runOf(const List &list, std::ptrdiff_t run) const {
+        return begin(list) + run * list.room;
     }
+    int *runOf(const List &list, std::ptrdiff_t run) { return begin(list) + run * list.room; }
     void writeBeside(List &list, std::ptrdiff_t place, const Beside &beside) {
         for (std::size_t which = 0; which < beside.size(); ++which) {
-            begin(list)[static_cast<std::ptrdiff_t>(which + 1) * list.room + place] = beside[which];
+            runOf(list, static_cast<std::ptrdiff_t>(which) + 1)[place] = beside[which];
         }
     }
-    // Calls change(begin of the run) for the slots and each of the numbers beside.
+    // Calls change(begin of the run) for each of them.
     template <class Change>
-    void forEachRun(List &list, Change change) {
+    void forEachRun(const List &list, Change change) {
         for (int run = 0; run < runs; ++run) {
-            change(begin(list) + static_cast<std::ptrdiff_t>(run) * list.room);
+            change(runOf(list, run));
         }
     }
     const std::set<int> &treeOf(const List &list) const { return trees[list.first]; }
