@@ -29,11 +29,11 @@ inline bool isFinitePoint(const float *point) {
 // is compared with the list.
 //
 // Cells are cubes, at first 256 times as long as the reach, so that a search seldom touches more
-// than one. The cells of a block, a cube of cells, share a region of the table, so that a walk over
-// neighbouring points stays in the memory that it touched last; blocks grow as long as their points
-// find room there. Where buckets are full, blocks shrink again, and where many points share a cell,
-// cells do, down to 4 times the reach. If they do even there, points that repeat an earlier one to
-// the bit are left out: the lower slot answers for them.
+// than one. The cells of a block, a cube of cells, share a bucket, a cache line of the table, so
+// that a walk over neighbouring points finds its entries in the memory that it touched last; blocks
+// grow as long as their points find room there. Where buckets are full, blocks shrink again, and
+// where many points share a cell, cells do, down to 4 times the reach. If they do even there,
+// points that repeat an earlier one to the bit are left out: the lower slot answers for them.
 class PointCells {
 public:
     PointCells() { setCellSize(firstCellSize); }
@@ -74,7 +74,6 @@ private:
     static constexpr std::uint8_t freeMark = 0;
     static constexpr std::size_t fewestBuckets = 16;
     static constexpr std::size_t mostInBucket = 8; // on the average
-    static constexpr int regionBits = 6;           // 4 KiB of the table
     static constexpr int firstBlockBits = 4;
     static constexpr int lastBlockBits = 40;
     // The table counts as crowded when one entry in so many, on the average, meets a full bucket,
@@ -132,25 +131,20 @@ private:
             {fromMiddle(at.x, cell.x), fromMiddle(at.y, cell.y), fromMiddle(at.z, cell.z)});
         return furthest < 0.5 - reachInCells;
     }
-    static std::uint64_t hashOf(std::uint64_t x, std::uint64_t y, std::uint64_t z) {
-        std::uint64_t hash =
-            x * 0x9E3779B97F4A7C15U + y * 0xC2B2AE3D27D4EB4FU + z * 0x165667B19E3779F9U;
-        hash ^= hash >> 32;
-        return hash * 0xD6E8FEB86659FD93U;
+    static std::uint64_t sumOf(std::uint64_t x, std::uint64_t y, std::uint64_t z) {
+        return x * 0x9E3779B97F4A7C15U + y * 0xC2B2AE3D27D4EB4FU + z * 0x165667B19E3779F9U;
     }
 
-    // Where the entries of a cell begin, and their mark.
+    // Where the entries of a cell begin, which is where those of its block do, and their mark.
     struct Home {
         std::size_t bucket;
         std::uint8_t mark;
     };
     Home homeOf(const Cell &cell) const {
-        const std::uint64_t hash = hashOf(cell.x, cell.y, cell.z);
-        const std::uint64_t block =
-            hashOf(cell.x >> blockBits, cell.y >> blockBits, cell.z >> blockBits);
-        const std::uint64_t bucket = block >> 32 << regionBits | hash >> (64 - regionBits);
-        const auto mark = static_cast<std::uint8_t>(hash);
-        return {static_cast<std::size_t>(bucket) & lastBucket,
+        std::uint64_t block = sumOf(cell.x >> blockBits, cell.y >> blockBits, cell.z >> blockBits);
+        block = (block ^ block >> 32) * 0xD6E8FEB86659FD93U;
+        const auto mark = static_cast<std::uint8_t>(sumOf(cell.x, cell.y, cell.z) >> 56);
+        return {static_cast<std::size_t>(block >> 32) & lastBucket,
                 static_cast<std::uint8_t>(mark + (mark == freeMark ? 1 : 0))};
     }
     std::size_t next(std::size_t bucket) const { return (bucket + 1) & lastBucket; }
