@@ -148,7 +148,7 @@ protected:
 private:
     T *storage() { return capacity == inlineSlots ? inlineItems : heapItems; }
 
-    static T *allocate(long long slots);
+    static T *allocate(long long slots, T *block = nullptr, int held = 0);
     static void relocate(T *to, const T *from, int count);
 
     void grow(long long slots);

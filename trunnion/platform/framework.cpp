@@ -105,6 +105,19 @@ void *frameworkAllocateCleared(std::size_t size) {
     return orThrow(isPossibleSize(size) ? std::calloc(size != 0 ? size : 1, 1) : nullptr);
 }
 
+void *frameworkReallocate(void *block, std::size_t held, std::size_t size) {
+    if (size != 0 && size < fewestInLargePages) {
+        return orThrow(std::realloc(block, size));
+    }
+    // The system has to know before the content is copied which pages to take.
+    void *const resized = frameworkAllocate(size);
+    if (block != nullptr) {
+        std::memcpy(resized, block, held);
+        frameworkFree(block);
+    }
+    return resized;
+}
+
 void frameworkFree(void *block) {
     std::free(block);
 }

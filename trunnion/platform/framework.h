@@ -66,6 +66,10 @@ namespace trunnion::detail {
 TRUNNION_API void *frameworkAllocate(std::size_t size);
 // The same with every byte 0. Of a big block only the part that is used costs time.
 TRUNNION_API void *frameworkAllocateCleared(std::size_t size);
+// A block of `size` bytes in place of `block`, which may be null, with the first `held` bytes of
+// it, no more than `size`; where it was if there is room behind it. Where the exception is thrown
+// the old block still stands.
+TRUNNION_API void *frameworkReallocate(void *block, std::size_t held, std::size_t size);
 // The framework's operator delete; null is allowed.
 TRUNNION_API void frameworkFree(void *block);
 

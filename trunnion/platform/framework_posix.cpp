@@ -105,8 +105,7 @@ namespace trunnion::detail {
 
 void preferLargePages([[maybe_unused]] void *block, [[maybe_unused]] std::size_t size) {
 #ifdef MADV_HUGEPAGE
-    constexpr std::size_t largePage = 2U << 20;
-    if (size < 2 * largePage) {
+    if (size < fewestInLargePages) {
         return;
     }
     // From the start of the mapping on, the heap's own bytes before the block included: a mapping

@@ -7,7 +7,10 @@
 
 namespace trunnion::detail {
 
-// Asks the system to give a heap block of several megabytes, fresh or just grown, in large pages,
+// Blocks from this size on are worth it.
+inline constexpr std::size_t fewestInLargePages = 4U << 20;
+
+// Asks the system to give a heap block of so many bytes, fresh or just grown, in large pages,
 // where it has them: memory that is touched for the first time costs a system call's time for each
 // page. Nothing for a smaller block; what the block holds does not change.
 void preferLargePages(void *block, std::size_t size);

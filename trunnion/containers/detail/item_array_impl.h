@@ -167,19 +167,21 @@ void ItemArr<T>::closeGapsOrMoveInline() {
     }
 }
 
-// Memory for items that are not constructed yet. More of them than an int can number are asked for
-// as more bytes than any heap has, so that both end in the one exception.
+// Memory for items that are not constructed yet, behind those that `block` holds. More of them than
+// an int can number are asked for as more bytes than any heap has, so that both end in the one
+// exception.
 template <class T>
-T *ItemArr<T>::allocate(long long slots) {
+T *ItemArr<T>::allocate(long long slots, T *block, int held) {
     const std::size_t bytes =
         slots > INT_MAX ? SIZE_MAX : static_cast<std::size_t>(slots) * sizeof(T);
-    return static_cast<T *>(trunnion::detail::frameworkAllocate(bytes));
+    return static_cast<T *>(trunnion::detail::frameworkReallocate(
+        block, static_cast<std::size_t>(held) * sizeof(T), bytes));
 }
 
 // Moves items as raw memory; the ranges may overlap. The old places then hold bytes and no items:
-// nothing is destroyed in them. This is sound for items that hold no pointer into themselves, and
-// it is what makes growth one copy of a block instead of a constructor and a destructor, both
-// virtual, for every item.
+// nothing is destroyed in them. This is sound for items that hold no pointer into themselves; so a
+// block may be moved when it grows, too, instead of a constructor and a destructor, both virtual,
+// for every item.
 template <class T>
 void ItemArr<T>::relocate(T *to, const T *from, int count) {
     std::memmove(static_cast<void *>(to), static_cast<const void *>(from),
@@ -190,15 +192,11 @@ void ItemArr<T>::relocate(T *to, const T *from, int count) {
 template <class T>
 void ItemArr<T>::grow(long long slots) {
     const long long size = capacity + slots;
-    T *block = allocate(size);
+    heapItems = allocate(size, heapItems, capacity);
     if (capacity == inlineSlots) {
-        std::uninitialized_copy_n(inlineItems, inlineSlots, block);
-    } else {
-        relocate(block, heapItems, capacity);
+        std::uninitialized_copy_n(inlineItems, inlineSlots, heapItems);
     }
-    std::uninitialized_default_construct_n(block + capacity, slots);
-    trunnion::detail::frameworkFree(heapItems);
-    heapItems = block;
+    std::uninitialized_default_construct_n(heapItems + capacity, slots);
     capacity = static_cast<int>(size);
     writerMayLive = false;
     ++changeCount;
