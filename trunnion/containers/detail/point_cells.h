@@ -78,7 +78,7 @@ private:
     static constexpr int lastBlockBits = 40;
     // The table counts as crowded when one entry in so many, on the average, meets a full bucket,
     // or when an entry meets more than so many of its own cell.
-    static constexpr std::size_t entriesToFull = 16;
+    static constexpr std::size_t entriesToFull = 8;
     static constexpr std::size_t mostMates = 3;
     // Round coordinates, which designs are full of, stay away from the faces of the cells.
     static constexpr double offset = 0.381966;
