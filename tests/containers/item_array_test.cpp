@@ -168,9 +168,9 @@ TEST(ItemArr, EveryOperationAgreesWithThePlainModel) {
         Items array;
         Model model;
         for (int step = 0; step < 40; ++step) {
-            const int tag = random.oneIn(6) ? TAG_DELETED : TAG_AVAILABLE;
+            const char tag = random.oneIn(6) ? TAG_DELETED : TAG_AVAILABLE;
             const int number = random.integer(1, 1000);
-            const Item item(static_cast<char>(tag), number);
+            const Item item(tag, number);
             const int idx = random.integer(0, model.bound + (random.oneIn(9) ? 9 : 0));
             switch (random.integer(0, 9)) {
             case 0:

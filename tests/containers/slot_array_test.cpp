@@ -145,7 +145,7 @@ TEST(SlotArray, WritesThroughAPointerBehindTheBoundStay) {
 
     Point3DArr points(20);
     EXPECT_EQ(points.IsPntAvailableM(15), TAG_UNUSED);
-    points.getCurrentItemPrtM()[3 * 15] = 1.0F;
+    points.getCurrentItemPrtM()[45] = 1.0F;
     EXPECT_EQ(points.IsPntAvailableM(15), TAG_AVAILABLE);
     Point3DArr holed(20);
     const float p[3] = {1, 2, 3};
@@ -168,11 +168,8 @@ TEST(SlotArrayDeathTest, ExhaustedMemoryStopsInsteadOfWritingThroughNull) {
 // IntArr
 
 std::vector<int> contents(const IntArr &array) {
-    std::vector<int> all;
-    for (int i = 0; i < array.GetBoundM(); ++i) {
-        all.push_back(*array.GetItemPM(i));
-    }
-    return all;
+    const int *items = array.getCurrentItemPrtConstM();
+    return {items, items + array.GetBoundM()};
 }
 
 IntArr arrayOf(const std::vector<int> &values) {
