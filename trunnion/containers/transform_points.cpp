@@ -13,6 +13,7 @@
 #endif
 
 #include "trunnion/containers/detail/slot_facts.h"
+#include "trunnion/geometry/detail/vec.h"
 
 namespace trunnion::detail {
 
@@ -36,13 +37,7 @@ Rows rowsOf(const float *m, bool moves) {
     return rows;
 }
 
-// toFloat: rounding first and bringing infinities back then gives the same, on half the bits.
 constexpr float greatest = std::numeric_limits<float>::max();
-inline __attribute__((always_inline)) float roundToFloat(double value) {
-    float rounded = static_cast<float>(value);
-    rounded = rounded < -greatest ? -greatest : rounded;
-    return rounded > greatest ? greatest : rounded;
-}
 
 void transformEach(const Rows &rows, float *points, int count) {
     const auto &r = rows.at;

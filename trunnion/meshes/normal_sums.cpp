@@ -4,7 +4,6 @@
 #include "trunnion/meshes/detail/normal_sums.h"
 
 #include <cmath>
-#include <limits>
 
 #include "trunnion/geometry/detail/guards.h"
 
@@ -37,14 +36,6 @@ inline __attribute__((always_inline)) void addNormals(const TriangleCL *triangle
             sums[c] += added;
         }
     }
-}
-
-// toFloat: rounding first and bringing infinities back then gives the same, on half the bits.
-inline __attribute__((always_inline)) float roundToFloat(double value) {
-    constexpr float greatest = std::numeric_limits<float>::max();
-    float rounded = static_cast<float>(value);
-    rounded = rounded < -greatest ? -greatest : rounded;
-    return rounded > greatest ? greatest : rounded;
 }
 
 // What setNormalisedSum does, for a block of nodes and without a branch for each. Squares of floats

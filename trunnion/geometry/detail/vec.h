@@ -24,6 +24,15 @@ constexpr float toFloat(double value) {
     return static_cast<float>(greatest < fromBelow ? greatest : fromBelow);
 }
 
+// The same for loops over many values: rounding first and bringing infinities back then gives the
+// same bits, with bounds on half as many of them.
+inline __attribute__((always_inline)) float roundToFloat(double value) {
+    constexpr float greatest = std::numeric_limits<float>::max();
+    float rounded = static_cast<float>(value);
+    rounded = rounded < -greatest ? -greatest : rounded;
+    return rounded > greatest ? greatest : rounded;
+}
+
 constexpr Vec3 load3(const float *p) {
     return {p[0], p[1], p[2]};
 }
