@@ -71,7 +71,7 @@ protected:
     ~DesktopSound() override { trunnion::RemoveDesktop(); }
 
     std::string write(const char *name, const std::string &bytes) const {
-        const std::string path = directory.path(name);
+        std::string path = directory.path(name);
         test::writeBytes(path, bytes);
         return path;
     }

@@ -300,26 +300,26 @@ TEST(Points, AreDistinctBySumOfDifferences) {
 
 TEST(Points, LieInAPlaneOrOnALineOrInOnePlace) {
     // The number of points, and all but the first as seen from that.
-    check(
-        {{"one", SL_POINTS_EQUAL, {1}, {}},
-         {"none", SL_POINTS_EQUAL, {0}, {}},
-         {"repeated", SL_POINTS_EQUAL, {3, 0, 0, 0, 0.00009F, 0, 0}, {}},
-         {"two", SL_POINTS_ON_LINE, {2, 1, 0, 0}, {0, 0, 0}},
-         {"on a line", SL_POINTS_ON_LINE, {3, 1, 0, 0, -3, 0, 0}, {0, 0, 0}},
-         {"sine below", SL_POINTS_ON_LINE, {3, 1, 0, 0, 1, 0.00009F, 0}, {0, 0, 0.00009F}},
-         {"sine above", SL_POINTS_IN_PLANE, {3, 1, 0, 0, 1, 0.00011F, 0}, {0, 0, 1}},
-         {"opposite normals", SL_POINTS_IN_PLANE, {4, 1, 0, 0, 0, 1, 0, 1, -1, 0}, {0, 0, 1}},
-         {"line first", SL_POINTS_IN_PLANE, {4, 0, 0, 0, 1, 0, 0, 3, -3, 0}, {0, 0, -1}},
-         {"tetrahedron", SL_POINTS_SCATTERED, {4, 1, 0, 0, 0, 1, 0, 0, 0, 1}, {0, 0, 1}},
-         {"slope below", SL_POINTS_IN_PLANE, {4, 1, 0, 0, 0, 1, 0, 0, 1, 0.00009F}, {0, 0, 1}},
-         {"slope above", SL_POINTS_SCATTERED, {4, 1, 0, 0, 0, 1, 0, 0, 1, 0.00011F}, {0, 0, 1}}},
-        [](const float *in, float *out) {
-            float points[4][3] = {{8, 0, -4}};
-            for (int i = 1; i < 4; ++i) {
-                std::copy_n(Point{in[3 * i - 2] + 8, in[3 * i - 1], in[3 * i] - 4}.v, 3, points[i]);
-            }
-            return slJudgePntCoPlane(static_cast<int>(in[0]), points, out);
-        });
+    check({{"one", SL_POINTS_EQUAL, {1}, {}},
+           {"none", SL_POINTS_EQUAL, {0}, {}},
+           {"repeated", SL_POINTS_EQUAL, {3, 0, 0, 0, 0.00009F, 0, 0}, {}},
+           {"two", SL_POINTS_ON_LINE, {2, 1, 0, 0}, {0, 0, 0}},
+           {"on a line", SL_POINTS_ON_LINE, {3, 1, 0, 0, -3, 0, 0}, {0, 0, 0}},
+           {"sine below", SL_POINTS_ON_LINE, {3, 1, 0, 0, 1, 0.00009F, 0}, {0, 0, 0.00009F}},
+           {"sine above", SL_POINTS_IN_PLANE, {3, 1, 0, 0, 1, 0.00011F, 0}, {0, 0, 1}},
+           {"opposite normals", SL_POINTS_IN_PLANE, {4, 1, 0, 0, 0, 1, 0, 1, -1, 0}, {0, 0, 1}},
+           {"line first", SL_POINTS_IN_PLANE, {4, 0, 0, 0, 1, 0, 0, 3, -3, 0}, {0, 0, -1}},
+           {"tetrahedron", SL_POINTS_SCATTERED, {4, 1, 0, 0, 0, 1, 0, 0, 0, 1}, {0, 0, 1}},
+           {"slope below", SL_POINTS_IN_PLANE, {4, 1, 0, 0, 0, 1, 0, 0, 1, 0.00009F}, {0, 0, 1}},
+           {"slope above", SL_POINTS_SCATTERED, {4, 1, 0, 0, 0, 1, 0, 0, 1, 0.00011F}, {0, 0, 1}}},
+          [](const float *in, float *out) {
+              float points[4][3] = {{8, 0, -4}};
+              for (int i = 1; i < 4; ++i) {
+                  const float *at = in + std::ptrdiff_t{3} * i;
+                  std::copy_n(Point{at[-2] + 8, at[-1], at[0] - 4}.v, 3, points[i]);
+              }
+              return slJudgePntCoPlane(static_cast<int>(in[0]), points, out);
+          });
 }
 
 TEST(Points, AreScannedFromWhereTheCallerStands) {

@@ -80,6 +80,8 @@ public:
 
 private:
     bool isSame(std::size_t i) const {
+        // To the bit: a 0 that became -0 counts.
+        // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
         return std::memcmp(&values[i], &before[i], sizeof values[i]) == 0;
     }
 
