@@ -139,7 +139,7 @@ char *slSpace(int n, char *out) {
 char *slInsertStr(char *text, const char *front) {
     const std::size_t length = std::strlen(front);
     std::memmove(text + length, text, std::strlen(text) + 1);
-    std::memcpy(text, front, length);
+    std::copy_n(front, length, text);
     return text;
 }
 
