@@ -28,7 +28,8 @@ bool isSamePoint(const float *a, const float *b) {
 Point3DArr::~Point3DArr() = default;
 
 int Point3DArr::IsPntAvailableM(int idx) const {
-    return idx >= 0 && idx<marked && * slotAt(idx)> SL_LIVE_REAL_LIMIT ? TAG_AVAILABLE : TAG_UNUSED;
+    const bool isMarked = idx >= 0 && idx < marked; // those behind are as good as empty
+    return isMarked && *slotAt(idx) > SL_LIVE_REAL_LIMIT ? TAG_AVAILABLE : TAG_UNUSED;
 }
 
 int Point3DArr::AddPointM(float *const p) {

@@ -9,6 +9,16 @@
 
 namespace trunnion::detail {
 
+// Which of `count` numbers equal `sought`, for processors without the instructions used below.
+template <class Number>
+unsigned int equalOneByOne(const Number *numbers, unsigned int count, Number sought) {
+    unsigned int equal = 0;
+    for (unsigned int i = 0; i < count; ++i) {
+        equal |= numbers[i] == sought ? 1U << i : 0U;
+    }
+    return equal;
+}
+
 // Which of eight numbers equal `sought`: bit i of the result tells it of numbers[i].
 inline unsigned int equalOfEight(const int *numbers, int sought) {
 #if defined(__SSE2__)
@@ -19,11 +29,7 @@ inline unsigned int equalOfEight(const int *numbers, int sought) {
     const __m128i halves = _mm_packs_epi32(isEqual(0), isEqual(4));
     return static_cast<unsigned int>(_mm_movemask_epi8(_mm_packs_epi16(halves, halves))) & 0xFFU;
 #else
-    unsigned int equal = 0;
-    for (unsigned int i = 0; i < 8; ++i) {
-        equal |= numbers[i] == sought ? 1U << i : 0U;
-    }
-    return equal;
+    return equalOneByOne(numbers, 8, sought);
 #endif
 }
 
@@ -34,11 +40,7 @@ inline unsigned int equalOfSixteen(const std::uint8_t *bytes, std::uint8_t sough
     const __m128i wanted = _mm_set1_epi8(static_cast<char>(sought));
     return static_cast<unsigned int>(_mm_movemask_epi8(_mm_cmpeq_epi8(held, wanted)));
 #else
-    unsigned int equal = 0;
-    for (unsigned int i = 0; i < 16; ++i) {
-        equal |= bytes[i] == sought ? 1U << i : 0U;
-    }
-    return equal;
+    return equalOneByOne(bytes, 16, sought);
 #endif
 }
 
