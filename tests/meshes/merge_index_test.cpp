@@ -1,6 +1,8 @@
 // Merging finds through an index what the plain scan finds, whatever happens to the list between
 // merges and when memory is short.
+#include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <limits>
 #include <thread>
 #include <vector>
@@ -111,6 +113,73 @@ TEST(MergeIndex, FindsTheNodeThatTheScanFinds) {
             list.MergeNodeLstM(node, &slot);
             test::allocationsLeft = -1;
             ASSERT_EQ(slot, expected) << "round " << round << " step " << step;
+        }
+    }
+}
+
+// What the index adapts itself to: how far points lie apart, and in which order they come.
+enum Scene { dense, loose, farApart, huge, denseThenSparse, sparseThenDense, mixed, repeated };
+constexpr int sceneSize = 2000;
+
+// Half the edge of the cube from which a scene draws its `number`th point.
+float extentOf(Scene scene, int number, test::Random &random) {
+    const bool isEarly = number < sceneSize / 8;
+    switch (scene) {
+    case dense:
+        return 0.003F;
+    case loose:
+        return 1.0F;
+    case farApart:
+        return 1e5F;
+    case huge:
+        return 1e30F;
+    case denseThenSparse:
+        return isEarly ? 0.05F : 1e6F;
+    case sparseThenDense:
+        return isEarly ? 1e6F : 0.05F;
+    case mixed:
+        return std::pow(10.0F, static_cast<float>(random.integer(-5, 8)));
+    case repeated:
+        return isEarly || random.oneIn(20) ? 50.0F : 0.0F;
+    }
+    return 0.0F;
+}
+
+// Draws each point anew, or about as far from an earlier one as the tolerance reaches.
+std::vector<NodeCL> nodesOf(Scene scene) {
+    test::Random random(static_cast<std::uint32_t>(scene));
+    std::vector<NodeCL> nodes;
+    for (int number = 0; number < sceneSize; ++number) {
+        float point[3];
+        if (number == 0 || !random.oneIn(4)) {
+            const float extent = extentOf(scene, number, random);
+            for (float &coordinate : point) {
+                coordinate = extent * random.real(-1.0F, 1.0F);
+            }
+        } else {
+            const int earlier = random.oneIn(2) ? number - 1 : random.integer(0, number - 1);
+            std::copy_n(nodes[static_cast<std::size_t>(earlier)].GetPntPM(), 3, point);
+            for (float &coordinate : point) {
+                coordinate += random.oneIn(3) ? 0.0F : SL_ZERO * random.real(-1.2F, 1.2F);
+            }
+        }
+        nodes.emplace_back(TAG_AVAILABLE).SetPntM(point);
+    }
+    return nodes;
+}
+
+TEST(MergeIndex, FindsTheNodeInScenesOfAnyDensity) {
+    for (int scene = dense; scene <= repeated; ++scene) {
+        NodeArr list;
+        for (const NodeCL &node : nodesOf(static_cast<Scene>(scene))) {
+            if (list.GetBoundM() % 3 == 0) {
+                list.AddItemM(node); // such as merging would not keep
+                continue;
+            }
+            const int expected = scanForNode(list, node);
+            int slot = -1;
+            list.MergeNodeLstM(node, &slot);
+            ASSERT_EQ(slot, expected) << "scene " << scene << " of " << list.GetBoundM();
         }
     }
 }

@@ -53,8 +53,8 @@ public:
     int IsPntAvailableM(int idx) const;
     // Appends a point if no slot holds it. Returns the lowest slot whose x, y and z each differ
     // from those of `p` by less than 0.0001 (a box, not a sphere), or the new slot. Constant time
-    // on the average while nothing but appending happens in between, with an index of 8 to 16
-    // bytes a point; linear otherwise, and as long as a writable pointer may be in use.
+    // on the average while nothing but appending happens in between, with an index of 10 to 24
+    // bytes a point, 80 at most; linear otherwise, and as long as a writable pointer may be in use.
     int AddPointM(float *const p);
     // Gathers points: slot idx[i] goes to out[i] for i below `n`; a number outside the list gives
     // the marker in x and y of that row.

@@ -4,9 +4,9 @@
 // that names it; MergeNodesM and PurgeDeletedNodes do. What NodeArr shares with the other lists,
 // streams included, stands in containers/item_array.h.
 //
-// Merging and the search for the nearest node keep an index each beside the list, once it pays: 8
-// to 16 bytes a node for merging (containers/detail/point_cells.h), 23 to 30 for the nearest node
-// (detail/nearest_nodes.h). The answers are those of the scans told here.
+// Merging and the search for the nearest node keep an index each beside the list, once it pays: 10
+// to 24 bytes a node for merging, 80 at most (containers/detail/point_cells.h), 23 to 30 for the
+// nearest node (detail/nearest_nodes.h). The answers are those of the scans told here.
 #pragma once
 
 #include "trunnion/containers/detail/point_cells.h"

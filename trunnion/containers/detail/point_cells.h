@@ -3,19 +3,20 @@
 //
 // It only proposes, the list compares. SlotFinder decides when it is used.
 //
-// Memory: a table of 64 bytes for 12 places, between a third and two thirds of them in use: 8 to 16
-// bytes for each point, or 4 to 8 where a coordinate is not finite.
+// Memory: 64 bytes for every 12 points of a block and 24 to 48 for the block itself: 10 to 24 bytes
+// for each point where neighbours follow each other, as in a mesh; at most 80 where most blocks
+// hold but two.
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-#include "trunnion/containers/detail/lanes.h"
-#include "trunnion/containers/detail/table.h"
+#include "trunnion/containers/detail/slot_buckets.h"
 #include "trunnion/geometry/detail/vec.h"
 
 namespace trunnion::detail {
@@ -24,19 +25,22 @@ inline bool isFinitePoint(const float *point) {
     return std::isfinite(point[0]) && std::isfinite(point[1]) && std::isfinite(point[2]);
 }
 
-// Slots by the cell of their point, in an open table of buckets with linear probing. An entry that
-// no longer holds (its slot was deleted or lies behind the bound) does no harm, as every proposal
-// is compared with the list.
+// Slots by the cell of their point. An entry that no longer holds (its slot was deleted or lies
+// behind the bound) does no harm, as every proposal is compared with the list.
 //
 // Cells are cubes, at first 256 times as long as the reach, so that a search seldom touches more
-// than one. The cells of a block, a cube of cells, share a bucket, a cache line of the table, so
-// that a walk over neighbouring points finds its entries in the memory that it touched last; blocks
-// grow as long as their points find room there. Where buckets are full, blocks shrink again, and
-// where many points share a cell, cells do, down to 4 times the reach. If they do even there,
-// points that repeat an earlier one to the bit are left out: the lower slot answers for them.
+// than one. The cells of a block, a cube of cells, share a bucket, so that a walk over neighbouring
+// points finds its entries in the memory that it touched last. Blocks begin with a few times the
+// distance of the first points in the list, grow where most hold few points, and shrink where many
+// need more than a bucket. Where many points share a cell, cells shrink, too, down to 4 times the
+// reach. If many do even there, points that repeat an earlier one to the bit are left out: the
+// lower slot answers for them.
 class PointCells {
 public:
-    PointCells() { setCellSize(firstCellSize); }
+    PointCells() {
+        setCellSize(firstCellSize);
+        setEdge(16.0);
+    }
 
     // Slots seen so far: enter() goes on behind them.
     int seen() const { return seenSlots; }
@@ -45,6 +49,9 @@ public:
     // search may find. Throws std::bad_alloc; the table is then of no use.
     template <class PointAt>
     void enter(int bound, PointAt pointAt) {
+        if (seenSlots == 0) {
+            chooseFirstEdge(bound, pointAt);
+        }
         for (; seenSlots < bound; ++seenSlots) {
             if (const float *point = pointAt(seenSlots)) {
                 enterOne(point, seenSlots, pointAt);
@@ -63,7 +70,7 @@ public:
         const Vec3 at = inCells(point);
         const Cell cell = cellAt(at);
         // All that can match lies in this cell, whose slots the table has in ascending order.
-        return isInside(at, cell) && isPlain ? firstIn(homeOf(cell), matches)
+        return isInside(at, cell) && isPlain ? buckets.first(keyOf(cell), matches)
                                              : lowestAround(at, matches);
     }
 
@@ -71,34 +78,22 @@ private:
     static constexpr double reach = 1e-4;          // points that match are nearer along every axis
     static constexpr double firstCellSize = 256.0; // in reaches
     static constexpr double lastCellSize = 4.0;
-    static constexpr std::uint8_t freeMark = 0;
-    static constexpr std::size_t fewestBuckets = 16;
-    static constexpr std::size_t mostInBucket = 8; // on the average
-    static constexpr int firstBlockBits = 4;
-    static constexpr int lastBlockBits = 40;
-    // The table counts as crowded when one entry in so many, on the average, meets a full bucket,
-    // or when an entry meets more than so many of its own cell.
-    static constexpr std::size_t entriesToFull = 8;
+    // The edge of a block in distances of neighbouring points. On a surface it gives 4 to 9 points
+    // for the 12 places of a bucket.
+    static constexpr double firstEdge = 3.0;
+    static constexpr int sampleSize = 64; // slots that tell the distance
+    static constexpr std::uint64_t longestEdge = std::uint64_t{1} << 31;
+    // Where blocks hold fewer points on the average, they grow to hold about as many as wanted.
+    static constexpr std::size_t fewestInBlock = 3;
+    static constexpr double wantedInBlock = 4.5;
+    static constexpr std::size_t fewBlocks = 256; // whose size matters little
+    // Slots count as crowded when one in so many meets a full bucket, or when they meet more than
+    // so many of their cell, on the average.
+    static constexpr std::size_t slotsToFull = 6;
     static constexpr std::size_t mostMates = 3;
+    static constexpr double gentleShrinking = 0.75;
     // Round coordinates, which designs are full of, stay away from the faces of the cells.
     static constexpr double offset = 0.381966;
-
-    // Places for slots, a cache line of them: taken in order, and looked through at once for those
-    // with a mark.
-    struct alignas(64) Bucket {
-        static constexpr int places = 12;
-        static constexpr unsigned int allPlaces = (1U << places) - 1;
-
-        // The places that hold a mark; that of the free ones is 0.
-        unsigned int with(std::uint8_t mark) const {
-            return equalOfSixteen(marks, mark) & allPlaces;
-        }
-        void clear() { std::fill_n(marks, sizeof marks, freeMark); }
-
-        // Of the cells: they tell most others without a look at their points.
-        std::uint8_t marks[16];
-        int slots[places];
-    };
 
     void setCellSize(double size) {
         cellSize = size;
@@ -113,9 +108,11 @@ private:
     Vec3 inCells(const float *point) const {
         return cellsPerLength * load3(point) + Vec3{offset, offset, offset};
     }
-    // A number is the bits of a double: adding 1.5 * 2^52 rounds to an integer. Beyond 2^51 cells
-    // it does not, but there two coordinates are equal or much further apart than the reach.
-    static constexpr double toInteger = 0x1.8p52;
+    // A number is the bits of a double: adding 1.5 * 2^52 rounds to an integer. Beyond 2^50 cells
+    // it may not, but there two coordinates are equal or much further apart than the reach. The
+    // lower half of the bits grows along an axis, for the blocks; 2^31 more keeps the places where
+    // it starts again away from the origin.
+    static constexpr double toInteger = 0x1.8p52 + 0x1p31;
     static std::uint64_t cellNumber(double at) {
         return std::bit_cast<std::uint64_t>(at + toInteger);
     }
@@ -131,39 +128,25 @@ private:
             {fromMiddle(at.x, cell.x), fromMiddle(at.y, cell.y), fromMiddle(at.z, cell.z)});
         return furthest < 0.5 - reachInCells;
     }
-    static std::uint64_t sumOf(std::uint64_t x, std::uint64_t y, std::uint64_t z) {
-        return x * 0x9E3779B97F4A7C15U + y * 0xC2B2AE3D27D4EB4FU + z * 0x165667B19E3779F9U;
-    }
 
-    // Where the entries of a cell begin, which is where those of its block do, and their mark.
-    struct Home {
-        std::size_t bucket;
-        std::uint8_t mark;
-    };
-    Home homeOf(const Cell &cell) const {
-        std::uint64_t block = sumOf(cell.x >> blockBits, cell.y >> blockBits, cell.z >> blockBits);
-        block = (block ^ block >> 32) * 0xD6E8FEB86659FD93U;
-        const auto mark = static_cast<std::uint8_t>(sumOf(cell.x, cell.y, cell.z) >> 56);
-        return {static_cast<std::size_t>(block >> 32) & lastBucket,
-                static_cast<std::uint8_t>(mark + (mark == freeMark ? 1 : 0))};
+    // The powers of the golden ratio's sibling for three dimensions (M. Roberts: The unreasonable
+    // effectiveness of quasirandom sequences): neighbours differ much in the highest bits.
+    static std::uint64_t spread(std::uint64_t x, std::uint64_t y, std::uint64_t z) {
+        return x * 0xD1B54A32D192ED03U + y * 0xABC98388FB8FAC03U + z * 0x8CB92BA72F3D8DD7U;
     }
-    std::size_t next(std::size_t bucket) const { return (bucket + 1) & lastBucket; }
-
-    // The first slot behind the cell's home that carries its mark and matches, or -1.
-    template <class Matches>
-    int firstIn(const Home &home, Matches matches) const {
-        for (std::size_t at = home.bucket;; at = next(at)) {
-            const Bucket &bucket = table[at];
-            for (unsigned int left = bucket.with(home.mark); left != 0; left &= left - 1) {
-                const int slot = bucket.slots[std::countr_zero(left)];
-                if (matches(slot)) {
-                    return slot;
-                }
-            }
-            if (bucket.with(freeMark) != 0) {
-                return -1;
-            }
-        }
+    // Any function of the cell's number serves: two blocks so far apart that the lower halves of
+    // the bits repeat may be one.
+    std::uint64_t blockNumber(std::uint64_t cell) const {
+        return (cell & 0xFFFFFFFFU) * blocksPerCell >> 32;
+    }
+    SlotBuckets::Key keyOf(const Cell &cell) const {
+        const std::uint64_t block =
+            spread(blockNumber(cell.x), blockNumber(cell.y), blockNumber(cell.z));
+        return {static_cast<std::uint32_t>(block >> 32), markOf(cell)};
+    }
+    static std::uint8_t markOf(const Cell &cell) {
+        const auto mark = static_cast<std::uint8_t>(spread(cell.x, cell.y, cell.z) >> 56);
+        return static_cast<std::uint8_t>(mark + (mark == 0 ? 1 : 0));
     }
 
     // The lowest slot that matches among the odd ones and in the cells that the reach touches.
@@ -176,16 +159,15 @@ private:
             }
         };
         std::for_each(odd.begin(), odd.end(), propose);
-        if (!table.empty()) {
+        if (buckets.slots() != 0) {
             visitBox(at, propose);
         }
         return best;
     }
 
-    // Every slot behind the home with its mark.
     template <class Propose>
-    void visit(const Home &home, Propose propose) const {
-        firstIn(home, [&propose](int slot) {
+    void visit(const SlotBuckets::Key &key, Propose propose) const {
+        buckets.first(key, [&propose](int slot) {
             propose(slot);
             return false;
         });
@@ -206,10 +188,40 @@ private:
             const bool isNew = !(isHighX && low.x == high.x) && !(isHighY && low.y == high.y) &&
                                !(isHighZ && low.z == high.z);
             if (isNew) {
-                visit(homeOf({isHighX ? high.x : low.x, isHighY ? high.y : low.y,
-                              isHighZ ? high.z : low.z}),
+                visit(keyOf({isHighX ? high.x : low.x, isHighY ? high.y : low.y,
+                             isHighZ ? high.z : low.z}),
                       propose);
             }
+        }
+    }
+
+    void setEdge(double cells) {
+        edge = static_cast<std::uint64_t>(std::clamp(cells, 1.0, static_cast<double>(longestEdge)));
+        blocksPerCell = (std::uint64_t{1} << 32) / edge;
+    }
+    // Takes the distances between the first points of the list for those of neighbours.
+    template <class PointAt>
+    void chooseFirstEdge(int bound, PointAt pointAt) {
+        std::array<double, sampleSize> distances{};
+        std::size_t count = 0;
+        const float *last = nullptr;
+        for (int slot = 0; slot < std::min(bound, sampleSize); ++slot) {
+            const float *point = pointAt(slot);
+            if (point == nullptr || !isFinitePoint(point)) {
+                continue;
+            }
+            const Vec3 step = load3(point) - load3(last == nullptr ? point : last);
+            const double distance =
+                std::max({std::fabs(step.x), std::fabs(step.y), std::fabs(step.z)});
+            if (distance > reach) {
+                distances[count++] = distance;
+            }
+            last = point;
+        }
+        if (count > 0) {
+            double *const middle = distances.data() + count / 2;
+            std::nth_element(distances.data(), middle, distances.data() + count);
+            setEdge(firstEdge * cellsPerLength * *middle);
         }
     }
 
@@ -220,73 +232,74 @@ private:
             isPlain = false;
             return;
         }
-        if (used + 1 > mostInBucket * table.size()) {
-            blockBits += !isSettled && !table.empty() && blockBits < lastBlockBits ? 1 : 0;
-            resize(std::max(fewestBuckets, 2 * table.size()));
-            enterAgain(slot, pointAt);
-            isPlain = odd.empty();
-        }
         place(point, slot, pointAt);
+        isPlain = odd.empty();
         if (isCrowded()) {
             enterAgain(slot + 1, pointAt);
+        } else if (buckets.blocks() >= nextLook) {
+            makeCoarser(slot + 1, pointAt);
+        }
+    }
+    template <class PointAt>
+    void place(const float *point, int slot, PointAt pointAt) {
+        const SlotBuckets::Key key = keyOf(cellAt(inCells(point)));
+        const auto isEqual = [point, pointAt](int other) {
+            const float *held = pointAt(other);
+            return held != nullptr && std::equal(point, point + 3, held);
+        };
+        const bool isLeftOut =
+            leavesOutEqual && buckets.slots() != 0 && buckets.first(key, isEqual) >= 0;
+        if (!isLeftOut) {
+            mates += buckets.enter(key, slot, [this, pointAt](int other) {
+                const float *held = pointAt(other); // null: no search may find it any more
+                return held == nullptr ? std::uint8_t{1} : markOf(cellAt(inCells(held)));
+            });
         }
     }
 
-    bool isOverfull() const { return entriesToFull * full > used + 64; }
+    bool isOverfull() const { return slotsToFull * buckets.passed() > buckets.slots() + 64; }
+    bool areCellsFull() const { return mates > mostMates * (buckets.slots() + 64); }
+    bool canSplitCells() const { return cellSize > lastCellSize || !leavesOutEqual; }
     bool isCrowded() const {
-        return (isOverfull() || mates > mostMates * (used + 64)) && !isFinest();
+        return (isOverfull() && (edge > 1 || canSplitCells())) ||
+               (areCellsFull() && canSplitCells());
     }
-    bool isFinest() const { return blockBits == 0 && cellSize <= lastCellSize && leavesOutEqual; }
+    // Makes what crowds smaller: ever faster if the last time, at about as many slots, was of
+    // little use, as when a dense part follows a sparse one.
     void makeFiner() {
-        isSettled = true;
-        if (blockBits > 0 && (isOverfull() || leavesOutEqual)) {
-            --blockBits;
+        const std::size_t slots = std::max(buckets.slots(), refinedAt);
+        shrinking = slots > refinedAt + refinedAt / 4 ? gentleShrinking : shrinking * shrinking;
+        refinedAt = slots;
+        if (edge > 1 && !(areCellsFull() && canSplitCells())) {
+            setEdge(shrinking * static_cast<double>(edge));
         } else if (cellSize > lastCellSize) {
             setCellSize(cellSize / 4.0);
+            setEdge(4.0 * static_cast<double>(edge));
         } else {
             leavesOutEqual = true;
         }
     }
-
+    // Makes blocks longer if most hold few points, unless that was too long not long ago.
     template <class PointAt>
-    void place(const float *point, int slot, PointAt pointAt) {
-        const Home home = homeOf(cellAt(inCells(point)));
-        for (std::size_t at = home.bucket;; at = next(at)) {
-            Bucket &bucket = table[at];
-            for (unsigned int left = bucket.with(home.mark); left != 0; left &= left - 1) {
-                const float *held = pointAt(bucket.slots[std::countr_zero(left)]);
-                if (leavesOutEqual && held != nullptr && std::equal(point, point + 3, held)) {
-                    return;
-                }
-                ++mates;
-            }
-            if (const unsigned int free = bucket.with(freeMark); free != 0) {
-                const int first = std::countr_zero(free);
-                bucket.marks[first] = home.mark;
-                bucket.slots[first] = slot;
-                ++used;
-                return;
-            }
-            ++full;
+    void makeCoarser(int end, PointAt pointAt) {
+        if (buckets.slots() < fewestInBlock * buckets.blocks() &&
+            buckets.slots() >= 2 * refinedAt) {
+            const double inBlock =
+                static_cast<double>(buckets.slots()) / static_cast<double>(buckets.blocks());
+            setEdge(std::sqrt(wantedInBlock / inBlock) * static_cast<double>(edge) + 1.0);
+            enterAgain(end, pointAt);
         }
+        nextLook = std::max(4 * buckets.blocks(), fewBlocks);
     }
 
-    void resize(std::size_t buckets) { // to a power of two
-        table = Table<Bucket>();       // the old one makes room first
-        table.resize(buckets);
-        lastBucket = buckets - 1;
-    }
-    // Enters the finite points of the slots up to `end` into the table anew, ever finer until they
-    // do not crowd.
+    // Enters the finite points of the slots up to `end` anew, ever finer until they do not crowd.
     template <class PointAt>
     void enterAgain(int end, PointAt pointAt) {
         do {
             if (isCrowded()) {
                 makeFiner();
             }
-            std::for_each(table.begin(), table.end(), [](Bucket &bucket) { bucket.clear(); });
-            used = 0;
-            full = 0;
+            buckets.clear();
             mates = 0;
             for (int slot = 0; slot < end && !isCrowded(); ++slot) {
                 const float *point = pointAt(slot);
@@ -297,17 +310,17 @@ private:
         } while (isCrowded());
     }
 
-    Table<Bucket> table;
-    std::vector<int> odd; // slots of points that are not finite
-    std::size_t used = 0;
-    std::size_t full = 0;       // buckets that the entries met full
-    std::size_t mates = 0;      // others of their cell that the entries met
-    std::size_t lastBucket = 0; // the number of buckets is a power of two
-    int blockBits = firstBlockBits;
+    SlotBuckets buckets;
+    std::vector<int> odd;               // slots of points that are not finite
+    std::size_t mates = 0;              // others of their cell that the slots met
+    std::uint64_t edge = 0;             // of a block, in cells
+    std::uint64_t blocksPerCell = 0;    // times 2^32
+    std::size_t nextLook = fewBlocks;   // blocks at which to see whether they hold too few
+    std::size_t refinedAt = 0;          // slots that were crowded the last time
+    double shrinking = gentleShrinking; // of the edge then
     int seenSlots = 0;
-    bool isSettled = false; // blocks were too great once: they grow no more
     bool leavesOutEqual = false;
-    bool isPlain = false; // there is a table, and no point that is not in it
+    bool isPlain = false; // no point is kept aside, and some are in buckets
     double cellSize = 0;  // in reaches
     double cellsPerLength = 0;
     double reachInCells = 0;
