@@ -86,7 +86,7 @@ private:
     // Where blocks hold fewer points on the average, they grow to hold about as many as wanted.
     static constexpr std::size_t fewestInBlock = 3;
     static constexpr double wantedInBlock = 4.5;
-    static constexpr std::size_t fewBlocks = 256; // whose size matters little
+    static constexpr std::size_t fewBlocks = 512; // whose size matters little
     // Slots count as crowded when one in so many meets a full bucket, or when they meet more than
     // so many of their cell, on the average.
     static constexpr std::size_t slotsToFull = 6;
