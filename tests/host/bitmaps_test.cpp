@@ -220,14 +220,17 @@ TEST_F(Bitmaps, DamagedFileFailsAndOnlyAFailedConversionIsTold) {
     const std::string complaint = "Could not convert bitmap to RGB!\n";
     for (const auto *files : {&noBitmaps, &notConvertible}) {
         const bool told = files == &notConvertible;
+        std::string complaints;
+        for (int call = 0; told && call < 4; ++call) {
+            complaints += complaint;
+        }
         for (const std::string &file : *files) {
             write(file);
             testing::internal::CaptureStdout();
             EXPECT_EQ(loadBmp(0).result, told ? 1 : 0) << "as stored it may be had";
             EXPECT_EQ(loadBmp(1).result + load(&slLoadBmpPicture).result, 0);
             EXPECT_EQ(load(&slLoadBmpPicture3D).result + load(&slLoadBmpTexture).result, 0);
-            EXPECT_EQ(testing::internal::GetCapturedStdout(),
-                      told ? complaint + complaint + complaint + complaint : "");
+            EXPECT_EQ(testing::internal::GetCapturedStdout(), complaints);
         }
     }
     std::filesystem::remove(drive.path("p.bmp"));
@@ -242,7 +245,7 @@ TEST_F(Bitmaps, EveryFlippedBitAndExtremeSizeIsSurvived) {
         files.back()[bit / 8] = static_cast<char>(file[bit / 8] ^ (1 << bit % 8));
     }
     const std::int32_t sizes[] = {INT32_MIN, -1, 0, 1, 0x10000, INT32_MAX};
-    for (std::size_t i = 0; i < 36 * 4; ++i) {
+    for (std::size_t i = 0; i < 144; ++i) { // pairs of sizes, with four depths
         files.push_back(Bmp{9, 2, 24}.file());
         std::memcpy(&files.back()[18], &sizes[i % 6], 4);
         std::memcpy(&files.back()[22], &sizes[i / 6 % 6], 4);

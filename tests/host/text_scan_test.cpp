@@ -109,17 +109,17 @@ TEST(TextScan, PiecesAreCopiedWholeOrNotAtAll) {
 TEST(TextScan, InsertionsBehindASeedStopWhereTheBufferEnds) {
     const struct {
         const char *text;
-        int capacity;
         const char *insert;
-        const char *expected;
+        int capacity;
         int result;
-    } cases[] = {{"a;b;c", 16, "X", "a;Xb;Xc", 1},
-                 {"a;b;c", 8, "X", "a;Xb;c", 0},
-                 {"a;b;c", 9, "X", "a;Xb;Xc", 1},
-                 {";", 16, ";;", ";;;", 1},
-                 {"", 0, "X", "", 1},
-                 {"abc", 0, "X", "abc", 1},
-                 {"a;", 4, "X", "a;", 0}};
+        const char *expected;
+    } cases[] = {{"a;b;c", "X", 16, 1, "a;Xb;Xc"},
+                 {"a;b;c", "X", 8, 0, "a;Xb;c"},
+                 {"a;b;c", "X", 9, 1, "a;Xb;Xc"},
+                 {";", ";;", 16, 1, ";;;"},
+                 {"", "X", 0, 1, ""},
+                 {"abc", "X", 0, 1, "abc"},
+                 {"a;", "X", 4, 0, "a;"}};
     for (const auto &c : cases) {
         char text[16];
         std::snprintf(text, sizeof text, "%s", c.text);

@@ -44,6 +44,7 @@ std::string readFrom(const std::string &bytes, Read read) {
 template <class List>
 std::vector<int> tagsOf(const List &list) {
     std::vector<int> tags;
+    tags.reserve(static_cast<std::size_t>(list.GetBoundM()));
     for (int i = 0; i < list.GetBoundM(); ++i) {
         tags.push_back(list.GetItemPM(i)->IsAvailableM());
     }

@@ -1,7 +1,7 @@
 // Node lists: which node a search finds, at the tolerance and among equals.
 #include "trunnion/meshes/node_arr.h"
 
-#include <cstring>
+#include <algorithm>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -70,9 +70,9 @@ TEST(NodeArr, MergingTakesTheFirstLiveNodeWithinTheTolerance) {
 
 TEST(NodeArr, PurgingRunsComparesWithTheLastNodeKept) {
     // Steps of 0.00006: each node repeats its neighbour, every second one moves the anchor.
-    std::vector<P> points;
-    for (int i = 0; i < 7; ++i) {
-        points.push_back({0.00006F * static_cast<float>(i), 0, 0});
+    std::vector<P> points(7);
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        points[i] = {0.00006F * static_cast<float>(i), 0, 0};
     }
     points.push_back({0, 0, 0}); // coincides with slot 0 but is no neighbour
     NodeArr list = makeList(points);
@@ -203,7 +203,9 @@ TEST(NodeArr, ExtentsOfTheLiveNodes) {
     for (const auto &extents : expected) {
         float got[3][2];
         list.GetMaxMinM(axes[0], axes[1], axes[2], got[0], got[1], got[2]);
-        EXPECT_EQ(std::memcmp(got, extents, sizeof got), 0);
+        for (int axis = 0; axis < 3; ++axis) {
+            EXPECT_TRUE(std::ranges::equal(got[axis], extents[axis])) << axis;
+        }
         float x;
         float y;
         list.GetMinXY(&x, &y);

@@ -13,6 +13,7 @@
 
 #include "tests/support/nodes.h"
 #include "tests/support/random.h"
+#include "tests/support/short_memory.h"
 #include "trunnion/geometry/scalars.h"
 #include "trunnion/meshes/detail/normal_sums.h"
 #include "trunnion/meshes/quad_arr.h"
@@ -137,7 +138,7 @@ bool haveNormals(const NodeArr &nodes, const std::vector<Vector> &expected) {
     return true;
 }
 
-// What every width of vectors makes of the sums, and the list itself.
+// What every width of vectors makes of the sums, and the list itself, without memory for sums too.
 TEST(FacetNormals, NodeNormalsHaveTheBitsOfTheScanOnAnyMesh) {
     using trunnion::detail::VectorWidth;
     constexpr float infinity = std::numeric_limits<float>::infinity();
@@ -173,8 +174,14 @@ TEST(FacetNormals, NodeNormalsHaveTheBitsOfTheScanOnAnyMesh) {
                 ASSERT_TRUE(haveNormals(made, expected)) << round;
             }
         }
-        EXPECT_EQ(nodes.CalculateNormByFaceviewLst(triangles, QuadArr()), 1);
-        ASSERT_TRUE(haveNormals(nodes, expected)) << round;
+        for (const int allocations : {0, -1}) {
+            NodeArr made = nodes;
+            const QuadArr quads;
+            test::allocationsLeft = allocations;
+            EXPECT_EQ(made.CalculateNormByFaceviewLst(triangles, quads), 1);
+            test::allocationsLeft = -1;
+            ASSERT_TRUE(haveNormals(made, expected)) << round;
+        }
     }
 }
 

@@ -43,7 +43,7 @@ std::string listed(const T *values, int count) {
     return result;
 }
 
-template <class T, int Count>
+template <class T, int count>
 Operation tuple(const char *name, int (TqIOCL::*write)(const T *), int (TqIOCL::*read)(T *),
                 const std::vector<T> &value, const std::string &text) {
     return {name,
@@ -51,11 +51,11 @@ Operation tuple(const char *name, int (TqIOCL::*write)(const T *), int (TqIOCL::
             text,
             raw(value),
             [=](TqIOCL &stream) {
-                T members[Count] = {};
+                T members[count] = {};
                 EXPECT_EQ((stream.*read)(members), 1);
-                return listed(members, Count);
+                return listed(members, count);
             },
-            listed(value.data(), Count)};
+            listed(value.data(), count)};
 }
 
 template <class T>

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "trunnion/containers/detail/vector_width.h"
-#include "trunnion/export.h"
 #include "trunnion/geometry/detail/vec.h"
 #include "trunnion/meshes/mesh_records.h"
 
@@ -30,8 +29,7 @@ void setNormalisedSum(const Vec3 &sum, NodeCL &node);
 // node that a triangle holds its normalised sum. A triangle that names a node twice adds to it
 // once; numbers of no node are passed over. `sums` has one for each node, each 0. `width` must not
 // be beyond widestVectors().
-TRUNNION_API void setNormalsBySums(const TriangleCL *triangles, int triangleCount, NodeCL *nodes,
-                                   int nodeCount, NormalSum *sums,
-                                   VectorWidth width = widestVectors());
+void setNormalsBySums(const TriangleCL *triangles, int triangleCount, NodeCL *nodes, int nodeCount,
+                      NormalSum *sums, VectorWidth width = widestVectors());
 
 } // namespace trunnion::detail
