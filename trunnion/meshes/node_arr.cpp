@@ -368,7 +368,7 @@ void NodeArr::InverseNodeLstM() {
 }
 
 void NodeArr::InverseMeshNodeLstM(int rows, int columns) {
-    if (rows < 0 || columns < 0 || static_cast<long long>(rows) * columns > capacity) {
+    if (rows < 1 || columns < 1 || static_cast<long long>(rows) * columns > capacity) {
         return;
     }
     NodeCL *nodes = changedItems();
