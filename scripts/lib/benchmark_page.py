@@ -1,9 +1,9 @@
 """Writes docs/benchmarks.md from what the benchmarks measured:
 
-    python3 scripts/lib/benchmark_page.py ORDINARY.json PEERS.json PACKAGE... >docs/benchmarks.md
+    python3 scripts/lib/benchmark_page.py ORDINARY.json PEERS.json... -- PACKAGE... >docs/benchmarks.md
 
-The two files are Google Benchmark's, of trunnion_bench and of trunnion_bench_peers in the same run; the packages are
-those whose versions matter.
+The files are Google Benchmark's, of trunnion_bench and of the passes of trunnion_bench_peers in the same run; the
+packages are those whose versions matter.
 """
 import json
 import os
@@ -18,9 +18,11 @@ Written by `scripts/bench`; [bench](../bench/README.md) tells how, and how to me
 PEERS_HEAD = """## Beside other libraries
 
 The same work on the same input, in one program, one thread, `-O2`; the results were compared before a figure counted.
-All contenders run in turns, at least five rounds, and the processor time of the best round counts. A ratio is our
-throughput divided by the peer's: above 1 we are faster. **Bold** are the best peer of a row and a ratio that was not
-reached. The memory rate counts the bytes that the work has to move at least, and stands beside what the triad reached.
+All contenders run in turns, at least five rounds in each of three passes over all rows, and the processor time of a
+contender's best round counts: what else runs on a machine can slow a row down for longer than its rounds take. A ratio
+is our throughput divided by the peer's: above 1 we are faster. **Bold** are the best peer of a row and a ratio that was
+not reached. The memory rate counts the bytes that the work has to move at least, and stands beside what the triad
+reached.
 """
 GROWTH_HEAD = """## Growth
 
@@ -46,6 +48,20 @@ def best_runs(document, key='cpu_time'):
         name = plain_name(run)
         if name not in best or run.get(key, 0) < best[name].get(key, 0):
             best[name] = run
+    return best
+
+
+def best_of_passes(documents):
+    """Of every row of the comparison the first pass, with the best time of each contender in any."""
+    passes = [best_runs(document) for document in documents]
+    best = passes[0]
+    for runs in passes[1:]:
+        for name, run in runs.items():
+            for key in counters(run, 'seconds: '):
+                key = f'seconds: {key}'
+                best[name][key] = min(best[name][key], run[key])
+            if 'bytes_per_second' in run:
+                best[name]['bytes_per_second'] = max(best[name]['bytes_per_second'], run['bytes_per_second'])
     return best
 
 
@@ -200,11 +216,12 @@ def load(path):
         return json.load(file)
 
 
-def main(ordinary_path, peers_path, *packages):
-    document = load(peers_path)
+def main(ordinary_path, *others):
+    end = others.index('--')
+    documents = [load(path) for path in others[:end]]
     ordinary = best_runs(load(ordinary_path))
-    peers = best_runs(document)
-    print('\n'.join([HEAD, machine(document, memory_rates(peers), packages), comparison(peers),
+    peers = best_of_passes(documents)
+    print('\n'.join([HEAD, machine(documents[0], memory_rates(peers), others[end + 1:]), comparison(peers),
                      growth(ordinary, peers), ordinary_table(ordinary)]), end='')
 
 
