@@ -10,9 +10,9 @@ namespace bench {
 namespace {
 
 constexpr int leastRounds = 5;
-constexpr int mostRounds = 50;
+constexpr int mostRounds = 150;
 // Short rows get more rounds, until this much time was measured.
-constexpr double enoughSeconds = 0.5;
+constexpr double enoughSeconds = 1.5;
 
 double processorSeconds() {
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
