@@ -257,20 +257,22 @@ private:
         }
     }
 
-    bool isOverfull() const { return slotsToFull * buckets.passed() > buckets.slots() + 64; }
-    bool areCellsFull() const { return mates > mostMates * (buckets.slots() + 64); }
-    bool canSplitCells() const { return cellSize > lastCellSize || !leavesOutEqual; }
-    bool isCrowded() const {
-        return (isOverfull() && (edge > 1 || canSplitCells())) ||
-               (areCellsFull() && canSplitCells());
+    bool canRelieveCells() const { return cellSize > lastCellSize || !leavesOutEqual; }
+    bool areCellsCrowded() const {
+        return mates > mostMates * (buckets.slots() + 64) && canRelieveCells();
     }
+    bool areBlocksCrowded() const {
+        return slotsToFull * buckets.passed() > buckets.slots() + 64 &&
+               (edge > 1 || canRelieveCells());
+    }
+    bool isCrowded() const { return areBlocksCrowded() || areCellsCrowded(); }
     // Makes what crowds smaller: ever faster if the last time, at about as many slots, was of
     // little use, as when a dense part follows a sparse one.
     void makeFiner() {
         const std::size_t slots = std::max(buckets.slots(), refinedAt);
         shrinking = slots > refinedAt + refinedAt / 4 ? gentleShrinking : shrinking * shrinking;
         refinedAt = slots;
-        if (edge > 1 && !(areCellsFull() && canSplitCells())) {
+        if (edge > 1 && !areCellsCrowded()) {
             setEdge(shrinking * static_cast<double>(edge));
         } else if (cellSize > lastCellSize) {
             setCellSize(cellSize / 4.0);

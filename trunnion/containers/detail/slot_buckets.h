@@ -100,6 +100,9 @@ private:
                 reinterpret_cast<const std::uint8_t *>(this); // the marks and `next`
             return equalOfSixteen(sixteen, mark) & ((1U << places) - 1);
         }
+        std::size_t countOf(std::uint8_t mark) const {
+            return static_cast<std::size_t>(std::popcount(with(mark)));
+        }
         bool isFull() const { return marks[places - 1] != freeMark; }
         void take(std::uint8_t mark, int slot) {
             const int free = std::countr_zero(with(freeMark));
@@ -117,14 +120,6 @@ private:
         std::uint32_t block;
         std::uint32_t chain; // its first bucket; its slot and onlySlot; none: the place is free
     };
-
-    static std::size_t countOf(unsigned int bits) {
-        std::size_t count = 0;
-        for (; bits != 0; bits &= bits - 1) {
-            ++count;
-        }
-        return count;
-    }
 
     // Where the block stands, or else the free place where it belongs.
     std::size_t placeOf(std::uint32_t block) const {
@@ -151,10 +146,10 @@ private:
         std::size_t mates = 0;
         std::uint32_t at = chain;
         for (; buckets[at].isFull(); at = followerOf(at)) {
-            mates += countOf(buckets[at].with(mark));
+            mates += buckets[at].countOf(mark);
             ++bucketsPassed;
         }
-        mates += countOf(buckets[at].with(mark));
+        mates += buckets[at].countOf(mark);
         buckets[at].take(mark, slot);
         return mates;
     }
