@@ -5,7 +5,7 @@
 //
 // Memory: 64 bytes for every 12 points of a block and 24 to 48 for the block itself: 10 to 24 bytes
 // for each point where neighbours follow each other, as in a mesh; at most 80 where most blocks
-// hold but two.
+// hold but two; 4 to 8 where a coordinate is not finite.
 #pragma once
 
 #include <algorithm>
@@ -46,7 +46,7 @@ public:
     int seen() const { return seenSlots; }
 
     // Sees the slots up to `bound`. `pointAt(slot)` gives the point, or null for a slot that no
-    // search may find. Throws std::bad_alloc; the table is then of no use.
+    // search may find. Throws std::bad_alloc; this is then of no use.
     template <class PointAt>
     void enter(int bound, PointAt pointAt) {
         if (seenSlots == 0) {
@@ -59,8 +59,8 @@ public:
         }
     }
 
-    // Whether the table lists every slot of its points, not the lowest of equal ones only. It
-    // otherwise is of no use after a deletion.
+    // Whether every slot was entered, not the lowest of equal points only. Otherwise this is of no
+    // use after a deletion.
     bool isComplete() const { return !leavesOutEqual; }
 
     // The lowest slot among those near `point`, which is finite, that passes `matches(slot)`, or
@@ -69,7 +69,7 @@ public:
     int lowest(const float *point, Matches matches) const {
         const Vec3 at = inCells(point);
         const Cell cell = cellAt(at);
-        // All that can match lies in this cell, whose slots the table has in ascending order.
+        // All that can match lies in this cell, whose slots were entered in ascending order.
         return isInside(at, cell) && isPlain ? buckets.first(keyOf(cell), matches)
                                              : lowestAround(at, matches);
     }
@@ -91,7 +91,7 @@ private:
     // so many of their cell, on the average.
     static constexpr std::size_t slotsToFull = 6;
     static constexpr std::size_t mostMates = 3;
-    static constexpr double gentleShrinking = 0.75;
+    static constexpr double gentleShrinking = 0.75; // of the edge of crowded blocks
     // Round coordinates, which designs are full of, stay away from the faces of the cells.
     static constexpr double offset = 0.381966;
 
